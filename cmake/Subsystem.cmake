@@ -1,0 +1,32 @@
+# What every target of the project shares, and the two ways in which one is declared.
+
+# Usage requirements of all our own code; never handed on to somebody who links to it.
+add_library(ei4_build_flags INTERFACE)
+target_compile_features(ei4_build_flags INTERFACE cxx_std_20)
+# The level choice and the reducing means are defined in single precision, each operation rounded by itself.
+target_compile_options(ei4_build_flags INTERFACE -ffp-contract=off)
+if(EI4_WARNINGS)
+  target_compile_options(ei4_build_flags INTERFACE
+    -Wall -Wextra -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef)
+endif()
+
+# add_subsystem(NAME [HEADERS h...] [SOURCES s...] [LINKS lib...] [PRIVATE_LINKS lib...])
+# One folder, one static library. Headers are included as "folder/header.h"; each is also compiled alone.
+function(add_subsystem name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES;LINKS;PRIVATE_LINKS")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS})
+  set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF VERIFY_INTERFACE_HEADER_SETS ON)
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} $<BUILD_INTERFACE:ei4_build_flags>)
+endfunction()
+
+# add_unit_tests(NAME SOURCES s... LINKS lib...): one test program for one folder of sources.
+function(add_unit_tests name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
+  add_executable(${name} ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${name} PRIVATE ${arg_LINKS} GTest::gmock_main ei4_build_flags)
+  gtest_discover_tests(${name} PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+endfunction()
