@@ -1,0 +1,308 @@
+// The body of a row kernel, compiled once for each instruction set. All of it has internal linkage, and it
+// calls no inline function of another header: the linker must never pick a copy made for another processor.
+//
+// Before it is included, EI4_DEPOSIT is 1 where the processor has a bit deposit instruction, else 0.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "gwav4/bit_plane_row.h"
+
+#if EI4_DEPOSIT
+#include <immintrin.h>
+#endif
+
+namespace zel::gwav4 {
+namespace {
+
+using Mask = std::uint64_t;
+
+inline int countOnes(Mask mask) { return __builtin_popcountll(mask); }
+
+inline Mask maskOfFirst(int count) { return count >= 64 ? ~Mask{0} : (Mask{1} << count) - 1; }
+
+#if EI4_DEPOSIT
+
+inline Mask deposit(Mask bits, Mask places) { return _pdep_u64(bits, places); }
+inline Mask selectOne(Mask mask, int index) { return _pdep_u64(Mask{1} << index, mask); }
+
+#else
+
+/// The lowest bits of `bits`, in order, at the places of the ones of `places`; further bits are ignored.
+inline Mask deposit(Mask bits, Mask places) {
+  Mask result = 0;
+  for (; places != 0 && bits != 0; bits >>= 1) {
+    const Mask lowest = places & (~places + 1);
+    result |= lowest & (~(bits & 1) + 1);
+    places ^= lowest;
+  }
+  return result;
+}
+
+/// The one of `mask` that has `index` ones below it, by itself; index < countOnes(mask).
+inline Mask selectOne(Mask mask, int index) {
+  int shift = 0;
+  for (int width = 32; width >= 8; width /= 2) {
+    const Mask low = mask & ((Mask{1} << width) - 1);
+    const int ones = countOnes(low);
+    if (index < ones) {
+      mask = low;
+    } else {
+      index -= ones;
+      mask >>= width;
+      shift += width;
+    }
+  }
+  for (; index > 0; --index) mask &= mask - 1;
+  return (mask & (~mask + 1)) << shift;
+}
+
+#endif
+
+inline Mask loadBits(const unsigned char* bytes) {
+  Mask word;
+  std::memcpy(&word, bytes, sizeof word);
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  word = __builtin_bswap64(word);
+#endif
+  return word;
+}
+
+/// A reader's position held in registers, showing 57 bits at a time; closed in the last 8 bytes of the block,
+/// where the reader itself must go on.
+class BitWindow {
+ public:
+  static constexpr int kVisible = 57;
+
+  explicit BitWindow(CBitReader& of) : reader(of) { load(); }
+  bool isOpen() const { return position < openEnd; }
+  Mask peek() const { return loadBits(bytes + position / 8) >> (position % 8); }
+  void skip(int count) { position += static_cast<std::uint64_t>(count); }
+
+  void commit() { reader.seek(position); }
+  void load() {
+    const CBitReader::Window window = reader.window();
+    bytes = window.bytes;
+    position = window.position;
+    openEnd = window.bitCount < 64 ? 0 : window.bitCount - 63;
+  }
+
+  /// The next `count` bits, 1 to 64; what stands above them in the result is unspecified.
+  Mask takeBits(int count) {
+    if (!isOpen()) return takeSlowly(count);
+    const Mask bits = peek();
+    if (count <= kVisible) {
+      skip(count);
+      return bits;
+    }
+    constexpr int kFirst = 32;
+    skip(kFirst);
+    if (!isOpen()) return (bits & maskOfFirst(kFirst)) | (takeSlowly(count - kFirst) << kFirst);
+    const Mask rest = peek();
+    skip(count - kFirst);
+    return (bits & maskOfFirst(kFirst)) | (rest << kFirst);
+  }
+
+ private:
+  Mask takeSlowly(int count) {
+    commit();
+    const Mask bits = reader.takeBits(count);
+    load();
+    return bits;
+  }
+
+  CBitReader& reader;
+  const unsigned char* bytes = nullptr;
+  std::uint64_t position = 0;
+  std::uint64_t openEnd = 0;
+};
+
+/// One refinement bit for each significant coefficient.
+void refine(CBitInfiniteReader& streamer, const Mask* significant, Mask* plane, std::size_t words) {
+  BitWindow window(streamer);
+  for (std::size_t w = 0; w < words; ++w) {
+    const Mask places = significant[w];
+    if (places != 0) plane[w] |= deposit(window.takeBits(countOnes(places)), places);
+  }
+  window.commit();
+}
+
+/// A run code with its sign bit fits the window up to this many zeros: 1 + (28 + 1) + (28 - 1) bits.
+constexpr int kMostZerosAtOnce = 28;
+
+/// Makes coefficients significant, one a run, until the run at hand reaches past the row.
+/// `open` of the row's coefficients were not significant yet; coder.run < open. alsoSet may be null.
+/// Returns how many became significant.
+int readEvents(CBitDecoder& coder, int count, int open, const RowMasks& masks, Mask* plane, Mask* alsoSet) {
+  BitWindow window(*coder.source);
+  std::int64_t run = coder.run;
+  std::uint64_t total = coder.total;
+  const int k = coder.k;
+  std::int64_t left = open;
+  int found = 0;
+
+  std::size_t w = 0;
+  Mask candidates = ~masks.significant[0] & maskOfFirst(count);
+  Mask events = 0;
+  Mask minus = 0;
+  const auto finishWord = [&] {
+    masks.significant[w] |= events;
+    masks.negative[w] |= minus;
+    plane[w] |= events;
+    if (alsoSet != nullptr) alsoSet[w] |= events;
+  };
+
+  do {
+    left -= run + 1;
+    ++found;
+    int ones = countOnes(candidates);
+    while (run >= ones) {
+      run -= ones;
+      finishWord();
+      ++w;
+      events = 0;
+      minus = 0;
+      candidates = ~masks.significant[w] & maskOfFirst(count - static_cast<int>(64 * w));
+      ones = countOnes(candidates);
+    }
+    const Mask event = selectOne(candidates, static_cast<int>(run));
+    events |= event;
+    candidates &= ~(event | (event - 1));
+
+    bool negative = false;
+    const Mask bits = window.isOpen() ? window.peek() : 0;
+    const int zeros = __builtin_ctzll((bits >> 1) | (Mask{1} << 63));
+    if (zeros <= kMostZerosAtOnce) {
+      negative = (bits & 1) != 0;
+      const int extraBits = zeros <= k ? 0 : zeros - k;
+      const Mask extra = (bits >> (zeros + 2)) & maskOfFirst(extraBits);
+      run = zeros <= k ? zeros : static_cast<std::int64_t>((Mask{1} << extraBits) + extra) + k - 1;
+      total += static_cast<std::uint64_t>(run) + 1;
+      window.skip(zeros + 2 + extraBits);
+    } else {
+      window.commit();
+      coder.total = total;
+      negative = coder.takeEvent();
+      run = coder.run;
+      total = coder.total;
+      window.load();
+    }
+    if (negative) minus |= event;
+  } while (run < left);
+
+  finishWord();
+  window.commit();
+  coder.run = run - left;
+  coder.total = total;
+  return found;
+}
+
+/// The mid-point of what was left unread: half of the step below the one below the last position read.
+Mask* midPointPlane(const RowMasks& masks, int lastPosition) {
+  return lastPosition >= 2 ? masks.planes + static_cast<std::size_t>(lastPosition - 2) * masks.words
+                           : nullptr;
+}
+
+void readRow(const OrderStreams& streams, int count, const RowMasks& masks) {
+  const int lowest = streams.lowestSignificance < streams.lowestRefinement ? streams.lowestSignificance
+                                                                           : streams.lowestRefinement;
+  int open = count;
+  for (int position = streams.top; position >= lowest; --position) {
+    Mask* plane = masks.planes + static_cast<std::size_t>(position) * masks.words;
+    if (position >= streams.lowestRefinement && open < count) {
+      refine(streams.streamers[position], masks.significant, plane, masks.words);
+    }
+    if (position >= streams.lowestSignificance) {
+      CBitDecoder& coder = streams.coders[position];
+      // Below the lowest refinement a coefficient's own position is the last one read.
+      Mask* midPoint = position < streams.lowestRefinement ? midPointPlane(masks, position) : nullptr;
+      if (coder.run >= open) {
+        coder.run -= open;
+      } else {
+        open -= readEvents(coder, count, open, masks, plane, midPoint);
+      }
+    }
+    Mask* midPoint = position == streams.lowestRefinement ? midPointPlane(masks, position) : nullptr;
+    if (midPoint != nullptr) {
+      for (std::size_t w = 0; w < masks.words; ++w) midPoint[w] |= masks.significant[w];
+    }
+  }
+}
+
+// From 64 one-bit columns to 64 numbers: each 16-bit lane tests its own bit of a plane's word.
+using Lanes = std::uint16_t __attribute__((vector_size(32)));
+constexpr int kLanes = 16;
+constexpr Lanes kLaneBit = {1U << 0, 1U << 1, 1U << 2,  1U << 3,  1U << 4,  1U << 5,  1U << 6,  1U << 7,
+                            1U << 8, 1U << 9, 1U << 10, 1U << 11, 1U << 12, 1U << 13, 1U << 14, 1U << 15};
+
+/// 16 bits of magnitude of 64 coefficients: bit i of magnitudes[c] is bit c of word `w` of planes[i].
+void transpose(const RowMasks& masks, std::size_t w, int firstPlane, int planeEnd,
+               std::uint16_t* magnitudes) {
+  Lanes lanes[4] = {};
+  for (int position = firstPlane; position < planeEnd; ++position) {
+    const Mask bits = masks.planes[static_cast<std::size_t>(position) * masks.words + w];
+    if (bits == 0) continue;
+    const auto weight = static_cast<std::uint16_t>(1U << (position - firstPlane));
+    for (int group = 0; group < 4; ++group) {
+      const auto piece = static_cast<std::uint16_t>(bits >> (kLanes * group));
+      const Lanes here = ((piece & kLaneBit) == kLaneBit);
+      lanes[group] |= here & weight;
+    }
+  }
+  std::memcpy(magnitudes, lanes, sizeof lanes);
+}
+
+void store16(const RowMasks& masks, int count, int positions, short* out, int step) {
+  for (std::size_t w = 0; w < masks.words; ++w) {
+    if (masks.significant[w] == 0) continue;
+    std::uint16_t values[64];
+    transpose(masks, w, 0, positions, values);
+    const Mask minus = masks.negative[w];
+    for (int i = 0; i < 64; ++i) {
+      const auto sign = static_cast<std::uint16_t>(0U - ((minus >> i) & 1));
+      values[i] = static_cast<std::uint16_t>((values[i] ^ sign) - sign);
+    }
+    const std::size_t first = 64 * w;
+    const std::size_t end =
+        static_cast<std::size_t>(count) - first < 64 ? static_cast<std::size_t>(count) - first : 64;
+    short* to = out + first * static_cast<std::size_t>(step);
+    if (step == 1) {
+      std::memcpy(to, values, end * sizeof *values);
+    } else {
+      for (std::size_t i = 0; i < end; ++i)
+        to[i * static_cast<std::size_t>(step)] = static_cast<short>(values[i]);
+    }
+  }
+}
+
+void store32(const RowMasks& masks, int count, int positions, int* out, int step) {
+  for (std::size_t w = 0; w < masks.words; ++w) {
+    if (masks.significant[w] == 0) continue;
+    std::uint16_t low[64];
+    transpose(masks, w, 0, positions < 16 ? positions : 16, low);
+    std::uint16_t high[64] = {};
+    if (positions > 16) transpose(masks, w, 16, positions, high);
+    std::uint32_t values[64];
+    const Mask minus = masks.negative[w];
+    for (int i = 0; i < 64; ++i) {
+      const std::uint32_t magnitude = low[i] | (static_cast<std::uint32_t>(high[i]) << 16);
+      const auto sign = static_cast<std::uint32_t>(0U - ((minus >> i) & 1));
+      values[i] = (magnitude ^ sign) - sign;
+    }
+    const std::size_t first = 64 * w;
+    const std::size_t end =
+        static_cast<std::size_t>(count) - first < 64 ? static_cast<std::size_t>(count) - first : 64;
+    int* to = out + first * static_cast<std::size_t>(step);
+    if (step == 1) {
+      std::memcpy(to, values, end * sizeof *values);
+    } else {
+      for (std::size_t i = 0; i < end; ++i)
+        to[i * static_cast<std::size_t>(step)] = static_cast<int>(values[i]);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zel::gwav4

@@ -1,0 +1,63 @@
+// Where each sub-stream of an image stands, as the directory announces them.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "gwav4/aligned.h"
+#include "gwav4/bit_decoder.h"
+#include "gwav4/bit_plane_row.h"
+#include "gwav4/bit_reader.h"
+
+namespace zel::gwav4 {
+
+inline constexpr int kPlanes = 4;     ///< values of a directory entry's plane code, the end code among them
+inline constexpr int kMaxLevels = 8;  ///< decomposition levels that a stream can have
+inline constexpr int kOrders = kMaxLevels + 1;
+
+/// Bit positions of a decoder with coefficients of type T.
+template <class T>
+inline constexpr int kBitPositions = static_cast<int>(8 * sizeof(T));
+
+enum class ChunkKind { significance = 0, refinement = 1 };
+
+/// The coders and readers of one image; one block, a few hundred kilobytes.
+template <int Positions>
+class DecoderState : public CAligned<8> {
+ public:
+  /// Forgets all chunks. topPosition: of the first significance chunk of each plane and order, -1 for none.
+  void reset(int topPosition);
+
+  /// Takes the next bit position of (plane, order, kind): from the top position down, one lower for
+  /// refinement.
+  int takePosition(int plane, int order, ChunkKind kind) {
+    return next[index(plane)][index(order)][static_cast<std::size_t>(kind)]--;
+  }
+  static bool isPosition(int position) { return position >= 0 && position < Positions; }
+
+  /// Starts the chunk at the place where `reader` stands. A significance chunk without data is left unplaced:
+  /// its coder sees zeros only. The reader itself does not move, and what is placed is not bounded by a
+  /// chunk's length.
+  void placeSignificance(int plane, int order, int position, bool hasData, const CBitReader& reader);
+  void placeRefinement(int plane, int order, int position, const CBitReader& reader);
+
+  /// What was announced for one plane and order so far.
+  OrderStreams streams(int plane, int order);
+
+ private:
+  template <class Element>
+  using PerChunk = std::array<std::array<std::array<Element, Positions>, kOrders>, kPlanes>;
+
+  static constexpr std::size_t index(int i) { return static_cast<std::size_t>(i); }
+
+  int top = -1;
+  std::array<std::array<std::array<int, 2>, kOrders>, kPlanes> next{};
+  PerChunk<CBitDecoder> coders;
+  PerChunk<CBitInfiniteReader> streamers;  ///< of the refinement chunks
+  PerChunk<CBitInfiniteReader> sources;    ///< of the coders
+};
+
+extern template class DecoderState<16>;
+extern template class DecoderState<32>;
+
+}  // namespace zel::gwav4

@@ -1,0 +1,98 @@
+// Coefficients of one image: read from the stream, transformed back, converted to pixels.
+#pragma once
+
+#include <atomic>
+#include <memory>
+
+#include "gwav4/bit_reader.h"
+#include "gwav4/decoder_state.h"
+#include "gwav4/filter5_3.h"
+#include "gwav4/status.h"
+#include "gwav4/wavelet.h"
+
+namespace zel::gwav4 {
+
+class IWaveletDecoder {
+ public:
+  virtual ~IWaveletDecoder() = default;
+
+  /// Inverse transform of every plane, in place. Does nothing once kill() was called.
+  virtual void untransform() = 0;
+
+  /// Inverse transform of plane 0 with its samples written to `out` as packed rows, unsigned.
+  /// bytesPerPixel  1 or 2; 3 throws kUnsupportedOutput.
+  /// bits           0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1]
+  /// first.
+  virtual void untransformTo(void* out, int bytesPerPixel, int bits) = 0;
+
+  /// Reads the coded data into the coefficient planes.
+  /// reader     at the first bit behind the stream header. A further call after kResumable or stop() gets the
+  ///            (longer) stream from its first bit again.
+  /// level      chunk or row limit, as in IGWavDecompressor::decompress.
+  /// resumable  a final kPartial becomes kResumable.
+  /// Returns a status of status.h.
+  virtual int readWavelet(CBitReader& reader, int level, bool resumable) = 0;
+
+  /// Conversion of transformed planes. step, a power of two: each output pixel is the mean of a block of
+  /// step x step samples, cut at the picture's edge. Colour needs three planes; otherwise nothing is written.
+  virtual void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) = 0;
+
+  virtual void stop() = 0;
+  virtual void kill() = 0;
+
+  /// true: the length fields of a GW40 stream; false, from the start: those of GW41.
+  virtual void setSizeMode(bool gw40) = 0;
+};
+
+/// Decoder with coefficients of type T: short for up to 11 significant bits and colour, int above.
+template <class T, class Filter>
+class CWaveletDecoder final : public IWaveletDecoder, public CWavelet<T> {
+ public:
+  /// planeCount       1 or 3.
+  /// xSize, ySize     of the planes that are decoded.
+  /// skip             finest levels left out.
+  /// fullX, fullY     the stream's full size; 0: the planes' size.
+  CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX, int fullY);
+
+  void untransform() override;
+  void untransformTo(void* out, int bytesPerPixel, int bits) override;
+  int readWavelet(CBitReader& reader, int level, bool resumable) override;
+  void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) override;
+  void stop() override { stopped = true; }
+  void kill() override {
+    stopped = true;
+    killed = true;
+  }
+  void setSizeMode(bool gw40) override { sizeMode = gw40; }
+
+ private:
+  using State = DecoderState<kBitPositions<T>>;
+
+  bool readPreamble(CBitReader& reader);
+  void readDirectory(CBitReader& reader, int chunkLimit);
+  void readChunk(CBitReader& reader, int plane, int order, bool refinement, std::uint64_t bits);
+  void scanCoefficients(int level);
+  void scanRow(int plane, int y);
+  int finish(bool resumable);
+  int transformLevels() const;
+
+  std::atomic<bool> stopped = false;
+  std::atomic<bool> killed = false;
+  int status = kNotDecoded;
+  std::unique_ptr<State> state;
+  BitPlaneRow rowBits;
+  int skipLevels;
+  int fullXSize;
+  int fullYSize;
+  bool sizeMode = false;
+  int levelCount = 0;         ///< of the stream, from its preamble
+  int decodedLevels = 0;      ///< levelCount less skipLevels: what there is to invert
+  bool hasDirectory = false;  ///< a complete directory is held, and the scan can go on at the resume position
+  int resumePlane = 0;
+  int resumeRow = 0;
+};
+
+extern template class CWaveletDecoder<short, CFilter5_3<short>>;
+extern template class CWaveletDecoder<int, CFilter5_3<int>>;
+
+}  // namespace zel::gwav4
