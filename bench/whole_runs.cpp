@@ -1,0 +1,86 @@
+// Whole runs of the converter over the images of a folder: whole_runs EI4CONVERT FOLDER [RUNS].
+// Times are medians; "x start" compares with a run that converts a raw image of 128 x 128 pixels to JPEG,
+// which is little more than the start of a process with its libraries.
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "child_run.h"
+#include "gwav4/header.h"
+#include "input_files.h"
+
+namespace {
+
+using ei4::bench::medianRun;
+using ei4::bench::RunCost;
+using Words = std::vector<std::string>;
+
+/// A folder for outputs that goes away at the end.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "whole_runs.XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) std::exit(1);
+    path = pattern;
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+  }
+  std::string file(const char* name) const { return (path / name).string(); }
+
+ private:
+  std::filesystem::path path;
+};
+
+RunCost measureStart(const std::string& converter, const ScratchFolder& scratch, int runs) {
+  constexpr int kSide = 128;
+  const std::string raw = scratch.file("start.raw");
+  std::ofstream(raw, std::ios::binary) << std::string(std::size_t{kSide} * kSide, '\x40');
+  return medianRun({converter, "-in", raw, "-size", "128x128", "-incolor", "M08", "-out",
+                    scratch.file("start.jpg"), "-jpgquality", "90"},
+                   runs);
+}
+
+void printRow(const std::string& image, const char* job, const RunCost& cost, const RunCost& start,
+              double pixels) {
+  std::printf("%-16s %-18s %8.1f %8.1f %9.2f %8.1f %8.2f %8.1f\n", image.c_str(), job, cost.milliseconds,
+              cost.cpuMilliseconds, cost.milliseconds / start.milliseconds, cost.milliseconds * 1e6 / pixels,
+              cost.peakMebibytes, (cost.peakMebibytes - 16) * 1048576 / pixels);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 3) {
+    std::fprintf(stderr, "usage: whole_runs EI4CONVERT FOLDER [RUNS]\n");
+    return 2;
+  }
+  const std::string converter = argv[1];
+  const int runs = argc > 3 ? std::atoi(argv[3]) : 11;
+  const ScratchFolder scratch;
+  const RunCost start = measureStart(converter, scratch, 4 * runs);
+
+  std::printf("%-16s %-18s %8s %8s %9s %8s %8s %8s\n", "image", "job", "ms", "cpu ms", "x start", "ns/px",
+              "MiB", "B/px-16M");
+  std::printf("%-16s %-18s %8.1f %8.1f %9.2f %8s %8.2f\n", "(raw 128x128)", "start + jpeg",
+              start.milliseconds, start.cpuMilliseconds, 1.0, "", start.peakMebibytes);
+  for (const auto& path : ei4::bench::imagesIn(argv[2])) {
+    const auto file = ei4::bench::readFile(path);
+    const auto header = zel::gwav4::parseHeader(file.data() + ei4::bench::kPreambleBytes);
+    const double pixels = static_cast<double>(header.xSize) * header.ySize;
+    const std::string image = path.stem().string();
+    const Words input = {converter, "-in", path.string()};
+    const auto job = [&](const char* name, const Words& options) {
+      Words words = input;
+      words.insert(words.end(), options.begin(), options.end());
+      printRow(image, name, medianRun(words, runs), start, pixels);
+    };
+    job("thumbnail 128", {"-geom", "128x128", "-out", scratch.file("t.jpg"), "-jpgquality", "90"});
+    job("full-size jpeg", {"-out", scratch.file("f.jpg"), "-jpgquality", "90"});
+    job("full-size raw", {"-out", scratch.file("f.raw")});
+  }
+  return 0;
+}
