@@ -11,8 +11,8 @@ namespace {
 const RowKernel kPortableRows = {readRow, store16, store32};
 
 const RowKernel& rowKernel() {
-  static const RowKernel& chosen = bmi2RowKernel() != nullptr ? *bmi2RowKernel() : kPortableRows;
-  return chosen;
+  static const RowKernel* const special = bmi2RowKernel();
+  return special != nullptr ? *special : kPortableRows;
 }
 
 }  // namespace

@@ -19,26 +19,44 @@ namespace {
 
 using Mask = std::uint64_t;
 
-inline int countOnes(Mask mask) { return __builtin_popcountll(mask); }
-
 inline Mask maskOfFirst(int count) { return count >= 64 ? ~Mask{0} : (Mask{1} << count) - 1; }
 
 #if EI4_DEPOSIT
 
+inline int countOnes(Mask mask) { return __builtin_popcountll(mask); }
 inline Mask deposit(Mask bits, Mask places) { return _pdep_u64(bits, places); }
 inline Mask selectOne(Mask mask, int index) { return _pdep_u64(Mask{1} << index, mask); }
 
 #else
 
+/// Sums in place: pairs, nibbles, bytes, then all bytes in the top one.
+inline int countOnes(Mask mask) {
+  mask -= (mask >> 1) & 0x5555555555555555;
+  mask = (mask & 0x3333333333333333) + ((mask >> 2) & 0x3333333333333333);
+  mask = (mask + (mask >> 4)) & 0x0f0f0f0f0f0f0f0f;
+  return static_cast<int>((mask * 0x0101010101010101) >> 56);
+}
+
 /// The lowest bits of `bits`, in order, at the places of the ones of `places`; further bits are ignored.
 inline Mask deposit(Mask bits, Mask places) {
-  Mask result = 0;
-  for (; places != 0 && bits != 0; bits >>= 1) {
-    const Mask lowest = places & (~places + 1);
-    result |= lowest & (~(bits & 1) + 1);
-    places ^= lowest;
+  constexpr int kSteps = 6;
+  // A bit moves up by as many places as zeros stand below its place: by 32 where that number has bit 5, and
+  // so on. `zeros` marks what is still to be counted; its running parity from below is one bit of the number.
+  Mask moves[kSteps];
+  Mask remaining = places;
+  Mask zeros = ~places << 1;
+  for (int step = 0; step < kSteps; ++step) {
+    Mask parity = zeros;
+    for (int shift = 1; shift < 64; shift *= 2) parity ^= parity << shift;
+    const Mask moved = parity & remaining;
+    moves[step] = moved;
+    remaining = (remaining ^ moved) | (moved >> (1 << step));
+    zeros &= ~parity;
   }
-  return result;
+  for (int step = kSteps - 1; step >= 0; --step) {
+    bits = (bits & ~moves[step]) | ((bits << (1 << step)) & moves[step]);
+  }
+  return bits & places;
 }
 
 /// The one of `mask` that has `index` ones below it, by itself; index < countOnes(mask).

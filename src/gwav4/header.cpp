@@ -45,7 +45,8 @@ int estimateBudget(const GWHeader& header, int width, int height) {
       std::uint32_t{header.bitsPerPixel} * (header.bytesPerPixel == 3 ? 3U : 1U);
   const auto bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(width) *
                                               static_cast<std::uint32_t>(height) * bitsPerPixel);
-  const float kilobytes = static_cast<float>(bits / 8000);
+  const int wholeKilobytes = bits / 8000;
+  const auto kilobytes = static_cast<float>(wholeKilobytes);
   if (kilobytes < 40.0F) return kSmallestBudget;
   const float divisor = 6.25F * std::log(kilobytes) - 15.0F;
   return static_cast<int>(kilobytes / divisor) << 10;

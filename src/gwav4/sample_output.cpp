@@ -12,11 +12,17 @@ int largestSample(int bits) { return bits >= 31 ? std::numeric_limits<int>::max(
 
 /// What happens to a sample on its way into a pixel: one of these, chosen outside the loops.
 struct Truncate {
-  int operator()(int sample) const { return sample; }
+  template <class Number>
+  Number operator()(Number sample) const {
+    return sample;
+  }
 };
 struct Clamp {
   int largest;
-  int operator()(int sample) const { return std::min(std::max(sample, 0), largest); }
+  template <class Number>
+  Number operator()(Number sample) const {
+    return std::min(std::max(sample, Number{0}), Number{largest});
+  }
 };
 
 template <class Body>
@@ -30,7 +36,7 @@ void withLimit(int bits, Body body) {
 
 template <class T, class Pixel, class Limit>
 void storeRow(const T* samples, std::size_t count, Pixel* out, Limit limit) {
-  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<Pixel>(limit(samples[i]));
+  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<Pixel>(limit(int{samples[i]}));
 }
 
 struct Rgb {
@@ -49,11 +55,8 @@ Rgb toRgb(int p0, int p1, int p2) {
   return {wrap(p1, green), green, wrap(p2, green)};
 }
 
-/// The quotient as the output conversion sees it: truncated, and held within an int.
-int truncated(float mean) {
-  constexpr auto kMost = std::int64_t{std::numeric_limits<int>::max()};
-  return static_cast<int>(std::min(static_cast<std::int64_t>(mean), kMost));
-}
+/// Toward zero. Means of int samples can round up to 2^31.
+std::int64_t truncated(float mean) { return static_cast<std::int64_t>(mean); }
 
 /// Calls body(x, y, columns, rows) for each block, row by row.
 template <class T, class Body>
