@@ -22,9 +22,11 @@ class IGWavDecompressor {
   /// pixels in host byte order, colour as three interleaved bytes.
   /// outSize  bytes at `out`. A larger buffer is not touched behind the picture.
   /// level    limits the work: positive: chunks of the directory to read; -m: rows 0 to m of a plane; 0: no
-  /// limit. Returns kComplete, kPartial (a whole picture, detail missing), kBufferTooSmall (`out` is
-  /// untouched and the call's result is not remembered), kKilled or kBadStream (no output). Throws
-  /// std::bad_alloc only. A second call returns the first one's result and decodes nothing.
+  /// limit. 
+  /// Returns kComplete, kPartial (a whole picture, detail missing), kKilled or kBadStream (no output), or
+  /// kBufferTooSmall (`out` is untouched). Throws std::bad_alloc only.
+  /// A further call decodes and writes nothing: it returns the status of the coefficients that were read.
+  /// Quirk too-small-then-nothing: so after kBufferTooSmall it answers kComplete or kPartial, without output.
   virtual int decompress(void* out, unsigned long outSize, int level) = 0;
 
   virtual void stop() = 0;  ///< ends the coefficient scan after the current row; may come from another thread

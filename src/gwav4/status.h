@@ -4,8 +4,8 @@
 namespace zel::gwav4 {
 
 // Results of IWaveletDecoder::readWavelet and IGWavDecompressor::decompress.
-inline constexpr int kNotDecoded = -1;  ///< before the first decode; also "the caller's buffer is too small"
-inline constexpr int kBufferTooSmall = -1;  ///< nothing was written, a larger buffer may still be tried
+inline constexpr int kNotDecoded = -1;      ///< before the first decode
+inline constexpr int kBufferTooSmall = -1;  ///< of decompress only; nothing was written
 inline constexpr int kComplete = 0;         ///< every level and every bit that the stream holds
 inline constexpr int kPartial = 4;          ///< a whole picture with detail missing
 inline constexpr int kResumable = 8;    ///< as kPartial, and the caller means to go on with a longer stream
