@@ -3,6 +3,10 @@
 namespace zel::gwav4 {
 
 template <int Positions>
+DecoderState<Positions>::DecoderState(int planes)
+    : coders(firstOf(planes, 0)), streamers(firstOf(planes, 0)), sources(firstOf(planes, 0)) {}
+
+template <int Positions>
 void DecoderState<Positions>::reset(int topPosition) {
   top = topPosition;
   for (auto& orders : next) orders.fill({topPosition, topPosition - 1});
@@ -11,16 +15,16 @@ void DecoderState<Positions>::reset(int topPosition) {
 template <int Positions>
 void DecoderState<Positions>::placeSignificance(int plane, int order, int position, bool hasData,
                                                 const CBitReader& reader) {
-  CBitInfiniteReader& source = sources[index(plane)][index(order)][index(position)];
+  const std::size_t at = firstOf(plane, order) + index(position);
   const CBitReader empty;
-  source.create(hasData ? &reader : &empty, 0);
-  source.setInfinite(true);
-  coders[index(plane)][index(order)][index(position)].attach(&source, {plane, order, position});
+  sources[at].create(hasData ? &reader : &empty, 0);
+  sources[at].setInfinite(true);
+  coders[at].attach(&sources[at], {plane, order, position});
 }
 
 template <int Positions>
 void DecoderState<Positions>::placeRefinement(int plane, int order, int position, const CBitReader& reader) {
-  CBitInfiniteReader& streamer = streamers[index(plane)][index(order)][index(position)];
+  CBitInfiniteReader& streamer = streamers[firstOf(plane, order) + index(position)];
   streamer.create(&reader, 0);
   streamer.setInfinite(true);
   streamer.setId({plane, order, position});
@@ -29,9 +33,10 @@ void DecoderState<Positions>::placeRefinement(int plane, int order, int position
 template <int Positions>
 OrderStreams DecoderState<Positions>::streams(int plane, int order) {
   const auto& lowest = next[index(plane)][index(order)];
-  return {coders[index(plane)][index(order)].data(), streamers[index(plane)][index(order)].data(), top,
-          lowest[static_cast<std::size_t>(ChunkKind::significance)] + 1,
-          lowest[static_cast<std::size_t>(ChunkKind::refinement)] + 1};
+  const std::size_t first = firstOf(plane, order);
+  return {&coders[first], &streamers[first], top,
+          lowest[index(static_cast<int>(ChunkKind::significance))] + 1,
+          lowest[index(static_cast<int>(ChunkKind::refinement))] + 1};
 }
 
 template class DecoderState<16>;

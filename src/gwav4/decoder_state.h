@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "gwav4/aligned.h"
 #include "gwav4/bit_decoder.h"
@@ -21,10 +22,13 @@ inline constexpr int kBitPositions = static_cast<int>(8 * sizeof(T));
 
 enum class ChunkKind { significance = 0, refinement = 1 };
 
-/// The coders and readers of one image; one block, a few hundred kilobytes.
+/// The coders and readers of one image: about 25 kilobytes for a grey one of 16 bit positions.
 template <int Positions>
 class DecoderState : public CAligned<8> {
  public:
+  /// planes: of the image, 1 to 3; only their chunks can be placed.
+  explicit DecoderState(int planes = kPlanes);
+
   /// Forgets all chunks. topPosition: of the first significance chunk of each plane and order, -1 for none.
   void reset(int topPosition);
 
@@ -45,16 +49,18 @@ class DecoderState : public CAligned<8> {
   OrderStreams streams(int plane, int order);
 
  private:
-  template <class Element>
-  using PerChunk = std::array<std::array<std::array<Element, Positions>, kOrders>, kPlanes>;
-
   static constexpr std::size_t index(int i) { return static_cast<std::size_t>(i); }
+
+  /// Where the bit positions of (plane, order) begin in the arrays below.
+  static constexpr std::size_t firstOf(int plane, int order) {
+    return (index(plane) * kOrders + index(order)) * Positions;
+  }
 
   int top = -1;
   std::array<std::array<std::array<int, 2>, kOrders>, kPlanes> next{};
-  PerChunk<CBitDecoder> coders;
-  PerChunk<CBitInfiniteReader> streamers;  ///< of the refinement chunks
-  PerChunk<CBitInfiniteReader> sources;    ///< of the coders
+  std::vector<CBitDecoder> coders;
+  std::vector<CBitInfiniteReader> streamers;  ///< of the refinement chunks
+  std::vector<CBitInfiniteReader> sources;    ///< of the coders
 };
 
 extern template class DecoderState<16>;

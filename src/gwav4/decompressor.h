@@ -21,8 +21,7 @@ class IGWavDecompressor {
   /// Decodes into `out`: getYSize() rows of getXSize() pixels of getBytesPerPixel() bytes, no padding; 16-bit
   /// pixels in host byte order, colour as three interleaved bytes.
   /// outSize  bytes at `out`. A larger buffer is not touched behind the picture.
-  /// level    limits the work: positive: chunks of the directory to read; -m: rows 0 to m of a plane; 0: no
-  /// limit. 
+  /// level    limits the work. Positive: chunks of the directory to read; -m: rows 0 to m; 0: no limit.
   /// Returns kComplete, kPartial (a whole picture, detail missing), kKilled or kBadStream (no output), or
   /// kBufferTooSmall (`out` is untouched). Throws std::bad_alloc only.
   /// A further call decodes and writes nothing: it returns the status of the coefficients that were read.

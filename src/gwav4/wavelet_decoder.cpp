@@ -49,7 +49,7 @@ template <class T, class Filter>
 CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX,
                                             int fullY)
     : CWavelet<T>(planeCount, xSize, ySize),
-      state(new State),
+      state(new State(planeCount)),
       rowBits(xSize, kBitPositions<T>),
       skipLevels(skip),
       fullXSize(fullX != 0 ? fullX : xSize),
