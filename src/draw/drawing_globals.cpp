@@ -1,0 +1,5 @@
+#include "draw/drawing_globals.h"
+
+const char* const FONT_NAME = "Courier";
+long FONT_WIDTH = 0;
+long FONT_HEIGHT = 0;

@@ -1,0 +1,12 @@
+// The drawing context's process-wide objects.
+#pragma once
+
+/// The font of all text, as MagickCore knows it: "Courier".
+extern const char* const FONT_NAME;
+
+/// Width and height of one character cell, pixels; 0 until a drawing context has measured it.
+extern long FONT_WIDTH;
+extern long FONT_HEIGHT;
+
+/// Non-zero: drawing calls print a trace line. The driver owns it; no option sets it.
+extern int iVerbose;
