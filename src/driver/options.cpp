@@ -94,6 +94,7 @@ void ReadArgs(int count, const char* const* words) {
   if (count <= 1) return;
 
   Parse parse;
+  // Quirk last-word-is-null: behind the last word stands the null that ends the words.
   for (int index = 1; index < count;) index += readOption(words[index], words[index + 1], parse);
 
   // Quirk window-needs-all-four: and for each of the four it is the last occurrence that counts.

@@ -57,7 +57,8 @@ Preamble parsePreamble(const std::array<unsigned char, kPreamble>& bytes) {
           .level = floatAt(&bytes[20])};
 }
 
-// The window of the image replaces the command line's, whatever becomes of the rest of the run.
+// The window of the image replaces the command line's. Quirk window-taken-early: also when the rest of the
+// input is refused.
 void takeWindow(const Preamble& preamble) {
   bWL = 1;
   dIntercept = static_cast<double>(preamble.intercept);

@@ -23,7 +23,7 @@ bool takeLong(const char*& text, long& value) {
 bool scanInt(const char* text, int& value) {
   long number = 0;
   if (text == nullptr || !takeLong(text, number)) return false;
-  value = static_cast<int>(number);
+  value = static_cast<int>(number);  // Quirk wide-int-keeps-low-word
   return true;
 }
 

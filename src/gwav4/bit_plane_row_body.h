@@ -217,7 +217,9 @@ int readEvents(CBitDecoder& coder, int count, int open, const RowMasks& masks, M
   return found;
 }
 
-/// The mid-point of what was left unread: half of the step below the one below the last position read.
+/// The mid-point of what was left unread.
+/// Quirk mid-point-is-a-quarter: half of the step below the last position read, not half of all that is
+/// unread.
 Mask* midPointPlane(const RowMasks& masks, int lastPosition) {
   return lastPosition >= 2 ? masks.planes + static_cast<std::size_t>(lastPosition - 2) * masks.words
                            : nullptr;

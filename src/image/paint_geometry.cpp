@@ -16,7 +16,7 @@ CPixelC08 backgroundPixel(unsigned long background, const CPixelC08* /*format*/)
           static_cast<std::uint8_t>(background)};
 }
 
-/// An 8-bit grey; 16-bit destinations store it as it is.
+/// An 8-bit grey. Quirk grey-background-unscaled: 16-bit destinations store it as it is.
 template <class Grey>
 Grey backgroundPixel(unsigned long background, const Grey* /*format*/) {
   const unsigned long sum =

@@ -1,0 +1,35 @@
+#!/bin/sh
+# Converts the samples and shows what came out: demo.sh BUILD_FOLDER OUTPUT_FOLDER, from the root of the project.
+set -eu
+build=$1
+out=$2
+converter=$build/src/driver/ei4convert
+samples=samples
+mkdir -p "$out"
+rm -f "$out"/*.jpg "$out"/*.raw "$out"/*.png
+
+# Runs the converter as a person would type it, and shows the size line that it prints.
+convert_shown() {
+  printf '  $ ei4convert %s\n' "$*"
+  size=$("$converter" "$@") || { printf 'demo: ei4convert %s failed\n' "$*" >&2; exit 1; }
+  printf '    %s\n' "$size"
+}
+
+for image in ct_512 radiograph mr ultrasound grey8; do
+  printf '%s\n' "$image"
+  convert_shown -in "$samples/$image.ei4" -geom 128x128 -out "$out/${image}_thumbnail.jpg" -jpgquality 90
+  convert_shown -in "$samples/$image.ei4" -geom 512x512 -out "$out/${image}_screen.jpg" -jpgquality 90
+  convert_shown -in "$samples/$image.ei4" -out "$out/${image}_full.jpg" -jpgquality 90
+done
+printf 'black and white exchanged\n'
+convert_shown -in "$samples/radiograph.ei4" -geom 512x512 -invert -out "$out/radiograph_inverted.jpg" -jpgquality 90
+printf 'an entry of a container, of which the initial part alone makes the thumbnail\n'
+convert_shown -blob -in "$samples/archive/radiograph.ei4" -geom 512x512 -out "$out/blob_entry.jpg" -jpgquality 90
+printf 'raw pixels, 16 bits grey, and the same again as input\n'
+convert_shown -in "$samples/ct_512.ei4" -out "$out/ct_512.raw"
+convert_shown -in "$out/ct_512.raw" -size 512x512 -incolor M16 -outcolor M08 -window 65536 -level 32768 -slope 1 \
+  -intercept 0 -out "$out/ct_512_from_raw.jpg" -jpgquality 90
+
+montage -background '#202020' -fill white -label '%t  %wx%h' "$out"/*.jpg -tile 5x -geometry '256x256+6+6' \
+  "$out/index.png" || { printf 'demo: the contact sheet could not be made\n' >&2; exit 1; }
+printf '\nContact sheet: %s\n' "$out/index.png"
