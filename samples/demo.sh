@@ -23,13 +23,14 @@ for image in ct_512 radiograph mr ultrasound grey8; do
 done
 printf 'black and white exchanged\n'
 convert_shown -in "$samples/radiograph.ei4" -geom 512x512 -invert -out "$out/radiograph_inverted.jpg" -jpgquality 90
-printf 'an entry of a container, of which the initial part alone makes the thumbnail\n'
-convert_shown -blob -in "$samples/archive/radiograph.ei4" -geom 512x512 -out "$out/blob_entry.jpg" -jpgquality 90
+printf "entries of containers: one in two parts, of which the initial one alone makes the thumbnail, and a whole one\\n"
+convert_shown -blob -in "$samples/archive/radiograph.ei4" -geom 128x128 -out "$out/blob_entry_thumbnail.jpg" -jpgquality 90
+convert_shown -blob -in "$samples/archive/mr.ei4" -out "$out/blob_entry.jpg" -jpgquality 90
 printf 'raw pixels, 16 bits grey, and the same again as input\n'
 convert_shown -in "$samples/ct_512.ei4" -out "$out/ct_512.raw"
 convert_shown -in "$out/ct_512.raw" -size 512x512 -incolor M16 -outcolor M08 -window 65536 -level 32768 -slope 1 \
   -intercept 0 -out "$out/ct_512_from_raw.jpg" -jpgquality 90
 
-montage -background '#202020' -fill white -label '%t  %wx%h' "$out"/*.jpg -tile 5x -geometry '256x256+6+6' \
+montage -background '#202020' -fill white -label '%t  %wx%h' "$out"/*.jpg -depth 8 -tile 5x -geometry '256x256+6+6' \
   "$out/index.png" || { printf 'demo: the contact sheet could not be made\n' >&2; exit 1; }
 printf '\nContact sheet: %s\n' "$out/index.png"
