@@ -96,7 +96,7 @@ void CBitInfiniteReader::fetch() {
     CBitReader::fetch();
     return;
   }
-  data = zeroBlock;
+  data = zeroBlock;  // Quirk total-restarts-in-zeros
   wordCount = kZeroWords;
   tailBytes = 0;
   cursor = 0;

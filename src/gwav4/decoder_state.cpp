@@ -16,6 +16,7 @@ template <int Positions>
 void DecoderState<Positions>::placeSignificance(int plane, int order, int position, bool hasData,
                                                 const CBitReader& reader) {
   const std::size_t at = firstOf(plane, order) + index(position);
+  // Quirk empty-refinement-placed: only a significance chunk without data is left unplaced.
   const CBitReader empty;
   sources[at].create(hasData ? &reader : &empty, 0);
   sources[at].setInfinite(true);

@@ -98,7 +98,7 @@ int getBestFactor(int wantedSize, int* readBudget, int* factor, const unsigned c
                   unsigned long headerLength, int* xSize, int* ySize, unsigned long* byteSize,
                   int* bytesPerPixel, int* bitsPerPixel) {
   *factor = 0;
-  if (wantedSize == 0) setIfWanted(readBudget, -1);
+  if (wantedSize == 0) setIfWanted(readBudget, -1);  // Quirk budget-set-before-check
   if (headerLength < kHeaderBytes) return 0;
   const GWHeader fields = parseHeader(header);
   if (versionOf(fields) == Version::unknown) return 0;

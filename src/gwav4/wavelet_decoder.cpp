@@ -158,7 +158,7 @@ void CWaveletDecoder<T, Filter>::readDirectory(CBitReader& reader, int chunkLimi
     readChunk(reader, plane, order, refinement, length);
     if (status != kComplete) return;
     if (chunkLimit > 0 && ++chunks == chunkLimit) throw int{kChunkLimit};
-    reader.skipBits(length);
+    reader.skipBits(length);  // Quirk chunks-unbounded: what was placed may read on behind its chunk
   }
 }
 
@@ -173,7 +173,7 @@ void CWaveletDecoder<T, Filter>::readChunk(CBitReader& reader, int plane, int or
   }
   if (refinement) {
     state->placeRefinement(plane, order, position, reader);
-    if (killed) status = kKilled;
+    if (killed) status = kKilled;  // Quirk kill-seen-at-refinement-only
   } else {
     state->placeSignificance(plane, order, position, bits != 0, reader);
   }

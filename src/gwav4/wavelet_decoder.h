@@ -26,8 +26,9 @@ class IWaveletDecoder {
   virtual void untransformTo(void* out, int bytesPerPixel, int bits) = 0;
 
   /// Reads the coded data into the coefficient planes.
-  /// reader     at the first bit behind the stream header. A further call after kResumable or stop() gets the
-  ///            (longer) stream from its first bit again.
+  /// reader     at the first bit behind the stream header; its block must stay alive until the scan is
+  ///            complete. After kResumable a further call gets the longer stream from its first bit again;
+  ///            after stop() or a row limit it goes on with the block of the first call.
   /// level      chunk or row limit, as in IGWavDecompressor::decompress.
   /// resumable  a final kPartial becomes kResumable.
   /// Returns a status of status.h.

@@ -1,0 +1,115 @@
+#include "erblb/command_line.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace ei4::erblb {
+
+namespace {
+
+struct CommandName {
+  std::string_view name;
+  Command command;
+  bool needsWords;  // behind the container's path
+};
+
+constexpr std::array kCommands = {
+    CommandName{"list", Command::list, false},    CommandName{"extract", Command::extract, false},
+    CommandName{"build", Command::build, false},  CommandName{"append", Command::append, true},
+    CommandName{"delete", Command::remove, true},
+};
+
+const CommandName& commandNamed(std::string_view name) {
+  const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),
+                                         [name](const CommandName& c) { return c.name == name; });
+  if (found == kCommands.end()) throw UsageError("unknown command '" + std::string(name) + "'");
+  return *found;
+}
+
+[[noreturn]] void refuseOption(std::string_view option) {
+  throw UsageError("the option '" + std::string(option) + "' is unknown or does not fit the command");
+}
+
+}  // namespace
+
+Request parseCommandLine(std::span<const std::string_view> words) {
+  Request request;
+  std::vector<std::string> plain;
+  std::vector<std::string_view> used;  // options that not every command takes
+  bool optionsEnded = false;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string_view word = words[i];
+    if (optionsEnded || word.size() < 2 || word.front() != '-') {
+      plain.emplace_back(word);
+    } else if (word == "--") {
+      optionsEnded = true;
+    } else if (word == "-h" || word == "--help") {
+      return {};
+    } else if (word == "--version") {
+      return {.command = Command::version, .container = {}, .words = {}};
+    } else if (word == "-f" || word == "--force") {
+      request.force = true;
+      used.push_back(word);
+    } else if (word == "-a" || word == "--all") {
+      request.all = true;
+      used.push_back(word);
+    } else if (word == "-C" || word == "--directory") {
+      if (++i == words.size()) throw UsageError("the option '" + std::string(word) + "' needs a folder");
+      request.folder = words[i];
+      used.push_back(word);
+    } else {
+      refuseOption(word);
+    }
+  }
+
+  if (plain.empty()) throw UsageError("no command");
+  const CommandName& command = commandNamed(plain[0]);
+  request.command = command.command;
+  for (const std::string_view option : used) {
+    const bool fits = (option == "-a" || option == "--all") ? request.command == Command::list
+                      : (option == "-f" || option == "--force")
+                          ? request.command == Command::extract || request.command == Command::build
+                          : request.command == Command::extract;
+    if (!fits) refuseOption(option);
+  }
+  if (plain.size() < 2) throw UsageError(plain[0] + " needs the path of a container");
+  request.container = plain[1];
+  request.words.assign(plain.begin() + 2, plain.end());
+  if (command.needsWords && request.words.empty())
+    throw UsageError(plain[0] + " needs something to " + plain[0]);
+  if (request.command == Command::list && !request.words.empty())
+    throw UsageError("list takes one container");
+  return request;
+}
+
+std::string_view usageText() {
+  return R"(Usage: erblb COMMAND FILE [WORD...] [OPTION...]
+Lists, unpacks and writes blob containers (.erblb).
+
+  erblb list FILE                     show size, file offset, name and prefix of each entry
+  erblb extract FILE [NAME...]        write the named entries, or all, to files of their names
+  erblb build FILE [[NAME=]PATH...]   make a container of these files
+  erblb append FILE [NAME=]PATH...    add files; an entry of the same name is superseded
+  erblb delete FILE NAME...           append marks that remove these entries
+
+An entry is called as its file, without folders, unless NAME= stands in front of the path (needed when the path
+holds a '='). In a NAME given for packing, what stands before the first '#' is a prefix and no part of the name.
+
+Options:
+  -C, --directory DIR   extract into DIR, which must exist (default: the current folder)
+  -f, --force           build and extract: replace files that exist
+  -a, --all             list: show the marks that deletions leave, too
+  -h, --help            print this text
+      --version         print the version
+      --                what follows is no option
+
+extract writes nothing outside DIR: names such as "../x" and "/x" and ways through symbolic links are refused.
+build puts the finished file in place in one step. append and delete work in place and undo what they wrote when
+they cannot finish.
+
+Exit status: 0 done, 1 failed in whole or in part, 2 wrong usage.
+)";
+}
+
+}  // namespace ei4::erblb

@@ -1,0 +1,35 @@
+#include "erblb/entry_name.h"
+
+#include <algorithm>
+
+namespace ei4::erblb {
+
+std::string shown(std::string_view name) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte != 0x7F && c != '\\') {
+      text += c;
+    } else {
+      text += "\\x";
+      text += digits[byte >> 4U];
+      text += digits[byte & 15U];
+    }
+  }
+  return text;
+}
+
+std::optional<std::vector<std::string>> safeComponents(std::string_view name) {
+  std::vector<std::string> components;
+  for (std::size_t start = 0; start <= name.size();) {
+    const std::size_t end = std::min(name.find('/', start), name.size());
+    const std::string_view component = name.substr(start, end - start);
+    if (component.empty() || component == "." || component == "..") return std::nullopt;
+    components.emplace_back(component);
+    start = end + 1;
+  }
+  return components;
+}
+
+}  // namespace ei4::erblb

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "blob/blob_format.h"
+#include "container/FileBlob.h"
+#include "erblb/command_line.h"
+#include "erblb/entry_name.h"
+
+namespace ei4::erblb {
+
+/// A container that parses. Throws JobError.
+class OpenedContainer : public FileBlob {
+ public:
+  explicit OpenedContainer(const std::string& path) : FileBlob(path) {
+    if (!parseBlob()) throw JobError(shown(path) + ": cannot be read as a blob container");
+  }
+};
+
+/// True for what an appended deletion leaves behind: an empty entry whose stored name starts with "ERDELETE".
+inline bool isDeletionMark(const BlobEntry& entry) {
+  const std::string& stored = entry.prefix.empty() ? entry.name : entry.prefix;
+  return entry.size == 0 && stored.starts_with(FileBlob::DELPREFIX);
+}
+
+}  // namespace ei4::erblb
