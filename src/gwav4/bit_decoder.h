@@ -38,7 +38,7 @@ class CBitDecoder final : public CBitCoder {
   /// Starts over on `bits`, which stays the caller's, and reads the first run value.
   void attach(CBitInfiniteReader* bits, const ChunkId& chunk);
 
-  /// Steps one coefficient: 0 not significant here; 1 significant, plus; -1 significant, minus.
+  /// Steps one coefficient of an attached coder: 0 not significant here; 1 significant, plus; -1 significant, minus.
   int step() {
     if (--run >= 0) return 0;
     return takeEvent() ? -1 : 1;
@@ -48,7 +48,7 @@ class CBitDecoder final : public CBitCoder {
   /// the next run value, which becomes `run`.
   bool takeEvent();
 
-  /// Reads one run value and counts the positions that it covers.
+  /// Reads one run value of an attached coder and counts the positions that it covers.
   std::int64_t readRun();
 
   /// "n coder for plane P ord O bits B" once it is attached, else empty.
@@ -56,7 +56,7 @@ class CBitDecoder final : public CBitCoder {
 
   // The state of the run code. Loops over whole rows keep it in registers and write it back.
   std::int64_t run = -1;    ///< insignificant coefficients before the next significant one
-  int k = 1;                ///< parameter of the run code
+  int k = 1;                ///< parameter of the run code, at least 1
   std::uint64_t total = 0;  ///< sum of R + 1 over the run values
   CBitInfiniteReader* source = nullptr;
   bool terminated = false;  ///< the final run was read

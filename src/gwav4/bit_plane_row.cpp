@@ -22,7 +22,10 @@ const RowKernel& portableRowKernel() { return kPortableRows; }
 #if EI4_HAVE_BMI2_ROWS
 extern const RowKernel kBmi2Rows;
 const RowKernel* bmi2RowKernel() {
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") ? &kBmi2Rows : nullptr;
+  // All that its file is compiled for: a virtual machine may hide one of them.
+  const bool able = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
+                    __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+  return able ? &kBmi2Rows : nullptr;
 }
 #else
 const RowKernel* bmi2RowKernel() { return nullptr; }

@@ -46,7 +46,8 @@ class CBitReader : public CBitRawStreamer {
   /// The next `count` bits, 0 to 64, as an unsigned number; the first one is the least significant.
   std::uint64_t takeBits(int count);
 
-  /// Passes over `count` bits without looking at them. Throws kEndOfData when the block ends before.
+  /// Passes over `count` bits without looking at them. Throws kEndOfData when the block ends before, in an infinite
+  /// reader too.
   void skipBits(std::uint64_t count);
 
   /// The block and the position in it, for loops that look at many bits at once. `position` and `bitCount`

@@ -14,7 +14,7 @@ class CBitStreamer : public CAligned<8> {
   virtual int getMode() const = 0;          ///< 'r' or 'w'
   virtual const char* getCode() const = 0;  ///< how they are coded: "raw" or "rleish"
   virtual long getTotal() const = 0;        ///< units consumed so far: bits of a reader, positions of a coder
-  virtual long getStoredTotal() const = 0;  ///< bits consumed so far
+  virtual long getStoredTotal() const = 0;  ///< bits consumed so far, or since the zeros began
 
  protected:
   CBitStreamer() = default;

@@ -33,11 +33,11 @@ void DecoderState<Positions>::placeRefinement(int plane, int order, int position
 
 template <int Positions>
 OrderStreams DecoderState<Positions>::streams(int plane, int order) {
-  const auto& lowest = next[index(plane)][index(order)];
+  const auto& upcoming = next[index(plane)][index(order)];
   const std::size_t first = firstOf(plane, order);
   return {&coders[first], &streamers[first], top,
-          lowest[index(static_cast<int>(ChunkKind::significance))] + 1,
-          lowest[index(static_cast<int>(ChunkKind::refinement))] + 1};
+          upcoming[index(static_cast<int>(ChunkKind::significance))] + 1,
+          upcoming[index(static_cast<int>(ChunkKind::refinement))] + 1};
 }
 
 template class DecoderState<16>;

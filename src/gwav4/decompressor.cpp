@@ -38,7 +38,6 @@ CGWavDecompressor::CGWavDecompressor(const unsigned char* stream, unsigned long 
                                      int /*unused*/)
     : CGWavHeader(stream), reader(std::make_unique<CBitReader>(stream + kHeaderBytes, length)) {
   const LevelChoice levels = chooseLevels(headerWidth(), headerHeight(), factor);
-  skipLevels = levels.skipLevels;
   outputShift = std::min(levels.outputShift, kMostOutputHalvings);
   decoder = makeDecoder(*this, levels);
   replaceSize(levels.xSize, levels.ySize);

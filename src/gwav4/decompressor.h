@@ -18,18 +18,24 @@ class IGWavDecompressor {
   virtual int getYSize() const = 0;          ///< output height, pixels
   virtual ~IGWavDecompressor() = default;
 
-  /// Decodes into `out`: getYSize() rows of getXSize() pixels of getBytesPerPixel() bytes, no padding; 16-bit
-  /// pixels in host byte order, colour as three interleaved bytes.
+  /// Decodes into `out`: getYSize() rows of getXSize() pixels of getBytesPerPixel() bytes, no padding; 16-bit pixels in
+  /// host byte order and aligned to 2, colour as three interleaved bytes.
   /// outSize  bytes at `out`. A larger buffer is not touched behind the picture.
-  /// level    limits the work. Positive: chunks of the directory to read; -m: rows 0 to m; 0: no limit.
+  /// level    limits the work. Positive: chunks of the directory to read; -m: rows 0 to m of the first plane and nothing
+  ///          of the others; 0: no limit.
   /// Returns kComplete, kPartial (a whole picture, detail missing), kKilled or kBadStream (no output), or
   /// kBufferTooSmall (`out` is untouched). Throws std::bad_alloc only.
   /// A further call decodes and writes nothing: it returns the status of the coefficients that were read.
   /// Quirk too-small-then-nothing: so after kBufferTooSmall it answers kComplete or kPartial, without output.
   virtual int decompress(void* out, unsigned long outSize, int level) = 0;
 
-  virtual void stop() = 0;  ///< ends the coefficient scan after the current row; may come from another thread
-  virtual void kill() = 0;  ///< as stop(), and no picture is made
+  /// Ends the coefficient scan behind the row at hand; the picture is made of what was read, and the status does not
+  /// tell. May come from another thread, as may kill().
+  virtual void stop() = 0;
+  /// As stop(), and no picture is made.
+  /// Quirk killed-late-answers-complete: the status is kKilled only where the directory notices; from then on it is
+  /// kComplete or kPartial, with `out` untouched.
+  virtual void kill() = 0;
 };
 
 /// Decompressor of a GW40/GW41 stream held in memory.
@@ -38,7 +44,8 @@ class CGWavDecompressor final : public IGWavDecompressor, public CGWavHeader {
   /// stream  the 16-byte header followed by `length` bytes of coded data; they must stay alive and unchanged
   ///         until decompress has returned.
   /// factor  halvings of both sides, as from getBestFactor; a negative one counts as 0.
-  /// The last argument has no meaning to the decoder.
+  /// The last argument has no meaning to the decoder. Sizes and formats can be asked at once. Throws std::bad_alloc:
+  /// the coefficients of the picture that the header states are allocated here.
   CGWavDecompressor(const unsigned char* stream, unsigned long length, int factor, int unused);
 
   int getBytesPerPixel() const override { return headerBytesPerPixel(); }
@@ -57,7 +64,6 @@ class CGWavDecompressor final : public IGWavDecompressor, public CGWavHeader {
   std::unique_ptr<IWaveletDecoder> decoder;  ///< null when bytesPerPixel is none of 1, 2, 3
   int status = kNotDecoded;
   std::unique_ptr<CBitReader> reader;
-  int skipLevels;
   int outputShift;
 };
 

@@ -9,12 +9,12 @@ int wrappingSum(T a, T b) {
 }
 
 template <class T>
-T wrappingStore(T sample, int change) {
+T plusWrapping(T sample, int change) {
   return static_cast<T>(static_cast<std::uint32_t>(sample) + static_cast<std::uint32_t>(change));
 }
 
 template <class T>
-T less(T sample, int change) {
+T minusWrapping(T sample, int change) {
   return static_cast<T>(static_cast<std::uint32_t>(sample) - static_cast<std::uint32_t>(change));
 }
 
@@ -34,28 +34,29 @@ void forEach(std::size_t count, std::size_t step, Body body) {
 template <class T>
 void CFilter5_3<T>::lowerEven(T* __restrict even, const T* before, const T* after, std::size_t count,
                               std::size_t step) {
-  forEach(count, step,
-          [=](std::size_t i) { even[i] = less(even[i], roundedQuarter(wrappingSum(before[i], after[i]))); });
+  forEach(count, step, [=](std::size_t i) {
+    even[i] = minusWrapping(even[i], roundedQuarter(wrappingSum(before[i], after[i])));
+  });
 }
 
 template <class T>
 void CFilter5_3<T>::lowerEvenAtEnd(T* __restrict even, const T* neighbour, std::size_t count,
                                    std::size_t step) {
-  forEach(count, step, [=](std::size_t i) { even[i] = less(even[i], roundedHalf(neighbour[i])); });
+  forEach(count, step, [=](std::size_t i) { even[i] = minusWrapping(even[i], roundedHalf(neighbour[i])); });
 }
 
 template <class T>
 void CFilter5_3<T>::raiseOdd(T* __restrict odd, const T* before, const T* after, std::size_t count,
                              std::size_t step) {
   forEach(count, step, [=](std::size_t i) {
-    odd[i] = wrappingStore(odd[i], roundedHalf(wrappingSum(before[i], after[i])));
+    odd[i] = plusWrapping(odd[i], roundedHalf(wrappingSum(before[i], after[i])));
   });
 }
 
 template <class T>
 void CFilter5_3<T>::raiseOddAtEnd(T* __restrict odd, const T* neighbour, std::size_t count,
                                   std::size_t step) {
-  forEach(count, step, [=](std::size_t i) { odd[i] = wrappingStore(odd[i], neighbour[i]); });
+  forEach(count, step, [=](std::size_t i) { odd[i] = plusWrapping(odd[i], neighbour[i]); });
 }
 
 template <class T>

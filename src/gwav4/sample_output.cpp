@@ -7,36 +7,36 @@
 namespace zel::gwav4 {
 namespace {
 
-/// Largest sample of `bits` bits; all of an int's where they are more.
-int largestSample(int bits) { return bits >= 31 ? std::numeric_limits<int>::max() : (1 << bits) - 1; }
+/// Largest sample of `bits` bits; the largest Number where they are more.
+template <class Number>
+Number largestSample(int bits) {
+  using Limits = std::numeric_limits<Number>;
+  return bits >= Limits::digits ? Limits::max() : static_cast<Number>((Number{1} << bits) - 1);
+}
 
 /// What happens to a sample on its way into a pixel: one of these, chosen outside the loops.
+template <class Number>
 struct Truncate {
-  template <class Number>
-  Number operator()(Number sample) const {
-    return sample;
-  }
+  Number operator()(Number sample) const { return sample; }
 };
+template <class Number>
 struct Clamp {
-  int largest;
-  template <class Number>
-  Number operator()(Number sample) const {
-    return std::min(std::max(sample, Number{0}), Number{largest});
-  }
+  Number largest;
+  Number operator()(Number sample) const { return std::min(std::max(sample, Number{0}), largest); }
 };
 
-template <class Body>
+template <class Number, class Body>
 void withLimit(int bits, Body body) {
   if (bits > 0) {
-    body(Clamp{largestSample(bits)});
+    body(Clamp<Number>{largestSample<Number>(bits)});
   } else {
-    body(Truncate{});
+    body(Truncate<Number>{});
   }
 }
 
 template <class T, class Pixel, class Limit>
 void storeRow(const T* samples, std::size_t count, Pixel* out, Limit limit) {
-  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<Pixel>(limit(int{samples[i]}));
+  for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<Pixel>(limit(samples[i]));
 }
 
 struct Rgb {
@@ -105,7 +105,7 @@ void storeColourMeans(const BlockSource<T>& source, unsigned char* out, Limit li
 
 template <class T>
 void storeGrey(const T* samples, std::size_t count, void* out, int bytesPerPixel, int bits) {
-  withLimit(bits, [&](auto limit) {
+  withLimit<int>(bits, [&](auto limit) {
     if (bytesPerPixel == 1) {
       storeRow(samples, count, static_cast<std::uint8_t*>(out), limit);
     } else {
@@ -116,7 +116,7 @@ void storeGrey(const T* samples, std::size_t count, void* out, int bytesPerPixel
 
 template <class T>
 void storeColour(const PlaneRows<T>& rows, std::size_t count, void* out, int bits) {
-  withLimit(bits, [&](auto limit) {
+  withLimit<int>(bits, [&](auto limit) {
     auto* to = static_cast<unsigned char*>(out);
     for (std::size_t i = 0; i < count; ++i, to += 3) {
       const Rgb pixel = toRgb(rows[0][i], rows[1][i], rows[2][i]);
@@ -129,7 +129,7 @@ void storeColour(const PlaneRows<T>& rows, std::size_t count, void* out, int bit
 
 template <class T>
 void storeMeans(const BlockSource<T>& source, void* out, int bytesPerPixel, int bits) {
-  withLimit(bits, [&](auto limit) {
+  withLimit<std::int64_t>(bits, [&](auto limit) {
     if (bytesPerPixel == 3) {
       storeColourMeans(source, static_cast<unsigned char*>(out), limit);
     } else if (bytesPerPixel == 1) {

@@ -10,7 +10,7 @@ namespace zel::gwav4 {
 template <class T>
 using PlaneRows = std::array<const T*, 3>;
 
-/// Stores `count` samples as unsigned pixels of 1 or 2 bytes, 16 bits in host byte order. bits > 0: a sample
+/// Stores `count` samples as unsigned pixels of 1 or 2 bytes, 16 bits in host byte order and aligned to 2. bits > 0: a sample
 /// is clamped to [0, 2^bits - 1] first; bits 0: it is not. Then its low 8 or 16 bits are stored.
 template <class T>
 void storeGrey(const T* samples, std::size_t count, void* out, int bytesPerPixel, int bits);

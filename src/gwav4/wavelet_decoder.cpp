@@ -23,23 +23,18 @@ int lengthFieldWidth(int fullX, int fullY, bool gw40) {
 }
 
 /// Sends finished rows to the caller's pixel buffer.
-template <class T>
+template <class T, class Pixel>
 class GreyRows final : public RowSink<T> {
  public:
-  GreyRows(void* out, int rowLength, int pixelBytes, int sampleBits)
-      : to(static_cast<unsigned char*>(out)),
-        width(static_cast<std::size_t>(rowLength)),
-        bytesPerPixel(pixelBytes),
-        bits(sampleBits) {}
+  GreyRows(Pixel* out, int rowLength, int sampleBits)
+      : to(out), width(static_cast<std::size_t>(rowLength)), bits(sampleBits) {}
   void put(int y, const T* row) override {
-    storeGrey(row, width, to + static_cast<std::size_t>(y) * width * static_cast<std::size_t>(bytesPerPixel),
-              bytesPerPixel, bits);
+    storeGrey(row, width, to + static_cast<std::size_t>(y) * width, int{sizeof(Pixel)}, bits);
   }
 
  private:
-  unsigned char* to;
+  Pixel* to;
   std::size_t width;
-  int bytesPerPixel;
   int bits;
 };
 
@@ -60,29 +55,42 @@ int CWaveletDecoder<T, Filter>::transformLevels() const {
   return levelsToInvert(std::max(decodedLevels, 0), this->width(), this->height());
 }
 
+/// Without an output all planes are inverted in place; with one only plane 0, which goes there row by row.
+template <class T, class Filter>
+template <class Pixel>
+void CWaveletDecoder<T, Filter>::untransformToT_interleaved(Pixel* out, int bits) {
+  if (killed) return;
+  const auto view = [this](int i) {
+    return PlaneView<T>{this->plane(i), this->width(), this->height(), this->stride()};
+  };
+  if (out != nullptr) {
+    GreyRows<T, Pixel> rows(out, this->width(), bits);
+    invertPlane<T>(view(0), transformLevels(), &rows);
+    return;
+  }
+  for (int i = 0; i < this->planeCount(); ++i) invertPlane<T>(view(i), transformLevels(), nullptr);
+}
+
 template <class T, class Filter>
 void CWaveletDecoder<T, Filter>::untransform() {
-  if (killed) return;
-  for (int i = 0; i < this->planeCount(); ++i) {
-    invertPlane<T>({this->plane(i), this->width(), this->height(), this->stride()}, transformLevels(),
-                   nullptr);
-  }
+  untransformToT_interleaved<T>(nullptr, 0);
 }
 
 template <class T, class Filter>
 void CWaveletDecoder<T, Filter>::untransformTo(void* out, int bytesPerPixel, int bits) {
   if (bytesPerPixel == 3) throw int{kUnsupportedOutput};
-  if (killed) return;
-  GreyRows<T> rows(out, this->width(), bytesPerPixel, bits);
-  invertPlane<T>({this->plane(0), this->width(), this->height(), this->stride()}, transformLevels(), &rows);
+  if (bytesPerPixel == 1) {
+    untransformToT_interleaved(static_cast<std::uint8_t*>(out), bits);
+  } else {
+    untransformToT_interleaved(static_cast<std::uint16_t*>(out), bits);
+  }
 }
 
 template <class T, class Filter>
 void CWaveletDecoder<T, Filter>::convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) {
+  if (killed || (bytesPerPixel == 3 && this->planeCount() != 3)) return;
   PlaneRows<T> planes{};
   for (int i = 0; i < this->planeCount(); ++i) planes[static_cast<std::size_t>(i)] = this->plane(i);
-  if (bytesPerPixel == 3 && this->planeCount() != 3) return;
-
   if (step > 1) {
     storeMeans<T>({planes, this->width(), this->height(), this->stride(), step}, out, bytesPerPixel, bits);
     return;
@@ -97,7 +105,9 @@ void CWaveletDecoder<T, Filter>::convertAndCopyTo(void* out, int bytesPerPixel, 
 
 template <class T, class Filter>
 int CWaveletDecoder<T, Filter>::readWavelet(CBitReader& reader, int level, bool resumable) {
-  if (!hasDirectory) {
+  if (scanPaused || hasDirectory) {
+    status = hasDirectory ? kComplete : kPartial;
+  } else {
     // A directory that was cut short is read anew: the chunks that it placed may have been exhausted since.
     if (status != kNotDecoded) this->clear();
     resumePlane = 0;
@@ -112,8 +122,6 @@ int CWaveletDecoder<T, Filter>::readWavelet(CBitReader& reader, int level, bool 
       if (reason != kEndOfData && reason != kChunkLimit) throw;
       status = kPartial;
     }
-  } else {
-    status = kComplete;
   }
   if (decodedLevels >= 0) scanCoefficients(level);
   return finish(resumable);
@@ -187,11 +195,13 @@ void CWaveletDecoder<T, Filter>::scanCoefficients(int level) {
       scanRow(resumePlane, y);
       if (stopped || (level < 0 && -static_cast<std::int64_t>(level) == y)) {
         stopped = false;
+        scanPaused = resumeRow < this->height() || resumePlane + 1 < this->planeCount();
         return;
       }
     }
     resumeRow = 0;
   }
+  scanPaused = false;
 }
 
 /// Coefficients of the order o stand at the odd multiples of 2^o; in the rows of their own order also at the

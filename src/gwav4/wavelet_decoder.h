@@ -19,23 +19,27 @@ class IWaveletDecoder {
   /// Inverse transform of every plane, in place. Does nothing once kill() was called.
   virtual void untransform() = 0;
 
-  /// Inverse transform of plane 0 with its samples written to `out` as packed rows, unsigned.
+  /// Inverse transform of plane 0 with its samples written to `out` as packed rows, unsigned. Nothing is written once
+  /// kill() was called.
+  /// out            aligned to 2 for 2 bytes per pixel.
   /// bytesPerPixel  1 or 2; 3 throws kUnsupportedOutput.
-  /// bits           0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1]
-  /// first.
+  /// bits           0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1] first.
   virtual void untransformTo(void* out, int bytesPerPixel, int bits) = 0;
 
   /// Reads the coded data into the coefficient planes.
-  /// reader     at the first bit behind the stream header; its block must stay alive until the scan is
-  ///            complete. After kResumable a further call gets the longer stream from its first bit again;
-  ///            after stop() or a row limit it goes on with the block of the first call.
+  /// reader     at the first bit behind the stream header. Its block must stay alive until the scan is complete.
   /// level      chunk or row limit, as in IGWavDecompressor::decompress.
   /// resumable  a final kPartial becomes kResumable.
-  /// Returns a status of status.h.
+  /// Returns a status of status.h. It does not tell whether a stop or a row limit left rows out.
+  ///
+  /// A further call goes on with the rows that a stop or a row limit left out, on the block of the first call. When
+  /// there are none and the directory had been cut short, it reads the longer stream that `reader` brings, again from
+  /// its first bit. Else there is nothing left to do.
   virtual int readWavelet(CBitReader& reader, int level, bool resumable) = 0;
 
-  /// Conversion of transformed planes. step, a power of two: each output pixel is the mean of a block of
-  /// step x step samples, cut at the picture's edge. Colour needs three planes; otherwise nothing is written.
+  /// Conversion of transformed planes. step, a power of two: each output pixel is the mean of a block of step x step
+  /// samples, cut at the picture's edge. Colour needs three planes; otherwise nothing is written, nor once kill() was
+  /// called.
   virtual void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) = 0;
 
   virtual void stop() = 0;
@@ -61,14 +65,16 @@ class CWaveletDecoder final : public IWaveletDecoder, public CWavelet<T> {
   void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) override;
   void stop() override { stopped = true; }
   void kill() override {
+    killed = true;  // first: whoever sees the stop must see the kill behind it
     stopped = true;
-    killed = true;
   }
   void setSizeMode(bool gw40) override { sizeMode = gw40; }
 
  private:
   using State = DecoderState<kBitPositions<T>>;
 
+  template <class Pixel>
+  void untransformToT_interleaved(Pixel* out, int bits);
   bool readPreamble(CBitReader& reader);
   void readDirectory(CBitReader& reader, int chunkLimit);
   void readChunk(CBitReader& reader, int plane, int order, bool refinement, std::uint64_t bits);
@@ -88,7 +94,8 @@ class CWaveletDecoder final : public IWaveletDecoder, public CWavelet<T> {
   bool sizeMode = false;
   int levelCount = 0;         ///< of the stream, from its preamble
   int decodedLevels = 0;      ///< levelCount less skipLevels: what there is to invert
-  bool hasDirectory = false;  ///< a complete directory is held, and the scan can go on at the resume position
+  bool hasDirectory = false;  ///< a complete directory is held
+  bool scanPaused = false;    ///< rows are left from the resume position on
   int resumePlane = 0;
   int resumeRow = 0;
 };

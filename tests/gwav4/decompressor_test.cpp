@@ -336,6 +336,22 @@ TEST(Decompressor, MakesNoPictureOnceKilled) {
   EXPECT_THAT(out, Each(kUntouched));
 }
 
+TEST(Decompressor, WritesNothingOnceKilledHoweverTheStatusReads) {
+  // Without a refinement chunk the directory does not notice the kill. The grey picture, the reduced one and the
+  // colour one take different ways to the output.
+  const Bytes grey =
+      CodedStream({Magic::GW41, 1, 8, 4, 4}).preamble(3, 0).significance(0, 0, "1 0 1 0 01").end();
+  const Bytes colour =
+      CodedStream({Magic::GW41, 3, 8, 4, 4}).preamble(3, 0).significance(0, 0, "1 0 1 0 01").end();
+  for (const auto& [stream, factor] : {std::pair{grey, 0}, std::pair{grey, 1}, std::pair{colour, 0}}) {
+    const auto decompressor = open(stream, factor);
+    decompressor->kill();
+    Bytes out(48, kUntouched);
+    EXPECT_EQ(decompressor->decompress(out.data(), out.size(), 0), kComplete);
+    EXPECT_THAT(out, Each(kUntouched));
+  }
+}
+
 TEST(Decompressor, DoesNotDependOnItsLastArgument) {
   const Bytes stream = threeSamples(12);
   CGWavDecompressor decompressor(stream.data(), stream.size() - kHeaderBytes, 0, 12345);

@@ -189,6 +189,8 @@ TEST(Means, KeepTheirRangeWhenTheSumRoundsUpBeyondAnInt) {
   EXPECT_EQ(out, 0);  // the low bits of 2^31
   storeMeans<int>({{samples.data(), nullptr, nullptr}, 2, 2, 2, 2}, &out, 2, 12);
   EXPECT_EQ(out, 4095);
+  storeMeans<int>({{samples.data(), nullptr, nullptr}, 2, 2, 2, 2}, &out, 2, 40);
+  EXPECT_EQ(out, 0);  // 2^31 lies below 2^40
 }
 
 TEST(Means, OfOnePixelForAStepBeyondThePicture) {

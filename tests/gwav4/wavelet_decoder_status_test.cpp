@@ -185,6 +185,24 @@ TEST(ReadWaveletResume, TakesALongerStreamAfterStatus8) {
   EXPECT_EQ(coefficients(decoder), coefficients(whole));
 }
 
+TEST(ReadWaveletResume, FinishesTheRowsOfACutDirectoryBeforeItReadsALongerOne) {
+  const Bytes whole = squareStream();
+  const Bytes cut(whole.begin(), whole.end() - 2);
+  Decoder<short> atOnce(1, 4, 4, 0, 4, 4);
+  readStream(atOnce, cut);
+
+  Decoder<short> decoder(1, 4, 4, 0, 4, 4);
+  EXPECT_EQ(readStream(decoder, cut, -1, true), kResumable);  // rows 0 and 1
+  EXPECT_EQ(readStream(decoder, cut, -2, true), kResumable);  // row 2
+  EXPECT_EQ(readStream(decoder, cut, -3, true), kResumable);  // row 3, the last one
+  EXPECT_EQ(coefficients(decoder), coefficients(atOnce));
+
+  EXPECT_EQ(readStream(decoder, whole, 0, true), kComplete);
+  Decoder<short> complete(1, 4, 4, 0, 4, 4);
+  readStream(complete, whole);
+  EXPECT_EQ(coefficients(decoder), coefficients(complete));
+}
+
 TEST(ReadWaveletStop, EndsTheScanBehindTheRowAtHandAndCanGoOn) {
   const Bytes stream = squareStream();  // the coders stay on its bytes between the calls
   Decoder<short> decoder(1, 4, 4, 0, 4, 4);
