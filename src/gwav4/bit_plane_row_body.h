@@ -274,55 +274,44 @@ void transpose(const RowMasks& masks, std::size_t w, int firstPlane, int planeEn
   std::memcpy(magnitudes, lanes, sizeof lanes);
 }
 
-void store16(const RowMasks& masks, int count, int positions, short* out, int step) {
+/// The 64 magnitudes of a word, as wide as the coefficients.
+void magnitudesOf(const RowMasks& masks, std::size_t w, int positions, std::uint16_t* magnitudes) {
+  transpose(masks, w, 0, positions, magnitudes);
+}
+void magnitudesOf(const RowMasks& masks, std::size_t w, int positions, std::uint32_t* magnitudes) {
+  std::uint16_t low[64];
+  transpose(masks, w, 0, positions < 16 ? positions : 16, low);
+  std::uint16_t high[64] = {};
+  if (positions > 16) transpose(masks, w, 16, positions, high);
+  for (int i = 0; i < 64; ++i) magnitudes[i] = low[i] | (static_cast<std::uint32_t>(high[i]) << 16);
+}
+
+template <class T, class Magnitude>
+void storeRow(const RowMasks& masks, int count, int positions, T* out, int step) {
+  static_assert(sizeof(T) == sizeof(Magnitude));
+  const auto spacing = static_cast<std::size_t>(step);
   for (std::size_t w = 0; w < masks.words; ++w) {
     if (masks.significant[w] == 0) continue;
-    std::uint16_t values[64];
-    transpose(masks, w, 0, positions, values);
+    Magnitude values[64];
+    magnitudesOf(masks, w, positions, values);
     const Mask minus = masks.negative[w];
     for (int i = 0; i < 64; ++i) {
-      const auto sign = static_cast<std::uint16_t>(0U - ((minus >> i) & 1));
-      values[i] = static_cast<std::uint16_t>((values[i] ^ sign) - sign);
+      const auto sign = static_cast<Magnitude>(0U - ((minus >> i) & 1));
+      values[i] = static_cast<Magnitude>((values[i] ^ sign) - sign);
     }
-    const std::size_t first = 64 * w;
-    const std::size_t end =
-        static_cast<std::size_t>(count) - first < 64 ? static_cast<std::size_t>(count) - first : 64;
-    short* to = out + first * static_cast<std::size_t>(step);
+    const std::size_t left = static_cast<std::size_t>(count) - 64 * w;
+    const std::size_t end = left < 64 ? left : 64;
+    T* to = out + 64 * w * spacing;
     if (step == 1) {
-      std::memcpy(to, values, end * sizeof *values);
+      std::memcpy(to, values, end * sizeof(T));
     } else {
-      for (std::size_t i = 0; i < end; ++i)
-        to[i * static_cast<std::size_t>(step)] = static_cast<short>(values[i]);
+      for (std::size_t i = 0; i < end; ++i) to[i * spacing] = static_cast<T>(values[i]);
     }
   }
 }
 
-void store32(const RowMasks& masks, int count, int positions, int* out, int step) {
-  for (std::size_t w = 0; w < masks.words; ++w) {
-    if (masks.significant[w] == 0) continue;
-    std::uint16_t low[64];
-    transpose(masks, w, 0, positions < 16 ? positions : 16, low);
-    std::uint16_t high[64] = {};
-    if (positions > 16) transpose(masks, w, 16, positions, high);
-    std::uint32_t values[64];
-    const Mask minus = masks.negative[w];
-    for (int i = 0; i < 64; ++i) {
-      const std::uint32_t magnitude = low[i] | (static_cast<std::uint32_t>(high[i]) << 16);
-      const auto sign = static_cast<std::uint32_t>(0U - ((minus >> i) & 1));
-      values[i] = (magnitude ^ sign) - sign;
-    }
-    const std::size_t first = 64 * w;
-    const std::size_t end =
-        static_cast<std::size_t>(count) - first < 64 ? static_cast<std::size_t>(count) - first : 64;
-    int* to = out + first * static_cast<std::size_t>(step);
-    if (step == 1) {
-      std::memcpy(to, values, end * sizeof *values);
-    } else {
-      for (std::size_t i = 0; i < end; ++i)
-        to[i * static_cast<std::size_t>(step)] = static_cast<int>(values[i]);
-    }
-  }
-}
+constexpr auto store16 = storeRow<short, std::uint16_t>;
+constexpr auto store32 = storeRow<int, std::uint32_t>;
 
 }  // namespace
 }  // namespace zel::gwav4
