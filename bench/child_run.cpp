@@ -7,8 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
 
 namespace ei4::bench {
 namespace {
@@ -43,10 +42,9 @@ RunCost runOnce(const std::vector<std::string>& words) {
   rusage usage{};
   if (child < 0 || wait4(child, &status, 0, &usage) != child || !WIFEXITED(status) ||
       WEXITSTATUS(status) != 0) {
-    std::fprintf(stderr, "%s failed:", words[0].c_str());
-    for (const auto& word : words) std::fprintf(stderr, " %s", word.c_str());
-    std::fprintf(stderr, "\n");
-    std::exit(1);
+    std::string line;
+    for (const auto& word : words) line += word + " ";
+    throw std::runtime_error("failed: " + line);
   }
   const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;
   return {elapsed.count(), milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime),

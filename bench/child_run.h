@@ -12,10 +12,10 @@ struct RunCost {
   double peakMebibytes;    ///< largest resident set
 };
 
-/// Runs a program, its output thrown away. Exits this one with a message when it can't be started or fails.
+/// Runs a program, its output thrown away. Throws std::runtime_error when it can't be started or fails.
 RunCost runOnce(const std::vector<std::string>& words);
 
-/// The median cost of `runs` runs, each figure by itself.
+/// The median cost of `runs` runs, at least 1, each figure by itself.
 RunCost medianRun(const std::vector<std::string>& words, int runs);
 
 }  // namespace ei4::bench

@@ -1,9 +1,12 @@
 // Decoding in process, memory to packed pixels: decode_bench FOLDER [options of Google Benchmark].
-// One benchmark for each image and reduction factor; ns_per_px counts the pixels of the decoded (not the
-// coded) size.
+// One benchmark for each image and reduction factor, and "thumbnail": what a request of 128 pixels decodes from the
+// bytes that it reads. per_px is the time for each pixel of the output (not of the coded picture).
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdio>
+#include <exception>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -12,15 +15,16 @@
 
 namespace {
 
+using ei4::bench::kHeadBytes;
 using ei4::bench::kPreambleBytes;
 using zel::gwav4::CGWavDecompressor;
 using zel::gwav4::kHeaderBytes;
 
 using Bytes = std::vector<unsigned char>;
 
-void decode(benchmark::State& state, const Bytes& file, int factor) {
+/// Decodes the first `codedBytes` behind the stream header.
+void decode(benchmark::State& state, const Bytes& file, std::size_t codedBytes, int factor) {
   const unsigned char* stream = file.data() + kPreambleBytes;
-  const unsigned long codedBytes = file.size() - kPreambleBytes - kHeaderBytes;
   const CGWavDecompressor sizes(stream, codedBytes, factor, 0);
   const double pixels = static_cast<double>(sizes.getXSize()) * sizes.getYSize();
   Bytes out(static_cast<std::size_t>(sizes.getXSize()) * static_cast<std::size_t>(sizes.getYSize()) *
@@ -36,6 +40,38 @@ void decode(benchmark::State& state, const Bytes& file, int factor) {
       benchmark::Counter(pixels, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
+/// As the converter prepares a thumbnail: the factor for the width and twice the estimated bytes.
+void decodeThumbnail(benchmark::State& state, const Bytes& file) {
+  constexpr int kWidth = 128;
+  int budget = 0;
+  int factor = 0;
+  int width = 0;
+  int height = 0;
+  if (zel::gwav4::getBestFactor(kWidth, &budget, &factor, file.data() + kPreambleBytes, kHeaderBytes, &width,
+                                &height, nullptr, nullptr, nullptr) == 0) {
+    state.SkipWithError("no stream");
+    return;
+  }
+  const std::size_t coded = file.size() - kHeadBytes;
+  decode(state, file,
+         budget < 0 ? coded : std::min(coded, 2 * static_cast<std::size_t>(budget) - kHeaderBytes), factor);
+}
+
+void registerImage(const std::filesystem::path& path) {
+  constexpr int kMostFactor = 5;
+  const auto file =
+      std::make_shared<Bytes>(ei4::bench::readFile(path, std::numeric_limits<std::size_t>::max()));
+  const auto add = [&](const std::string& name, auto run) {
+    benchmark::RegisterBenchmark((path.stem().string() + "/" + name).c_str(), run)
+        ->Unit(benchmark::kMillisecond);
+  };
+  for (int factor = 0; factor <= kMostFactor; ++factor) {
+    add(std::to_string(factor),
+        [=](benchmark::State& state) { decode(state, *file, file->size() - kHeadBytes, factor); });
+  }
+  add("thumbnail", [=](benchmark::State& state) { decodeThumbnail(state, *file); });
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -43,16 +79,11 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: decode_bench FOLDER [options of Google Benchmark]\n");
     return 2;
   }
-  constexpr int kMostFactor = 5;
-  for (const auto& path : ei4::bench::imagesIn(argv[1])) {
-    const auto file = std::make_shared<Bytes>(ei4::bench::readFile(path));
-    if (file->size() <= kPreambleBytes + kHeaderBytes) continue;
-    for (int factor = 0; factor <= kMostFactor; ++factor) {
-      const std::string name = path.stem().string() + "/" + std::to_string(factor);
-      benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-        decode(state, *file, factor);
-      })->Unit(benchmark::kMillisecond);
-    }
+  try {
+    for (const auto& path : ei4::bench::imagesIn(argv[1])) registerImage(path);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "decode_bench: %s\n", fault.what());
+    return 1;
   }
   argv[1] = argv[0];
   int count = argc - 1;

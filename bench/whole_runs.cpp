@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <stdexcept>
 #include <string>
 
 #include "child_run.h"
@@ -21,7 +23,7 @@ class ScratchFolder {
  public:
   ScratchFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "whole_runs.XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) std::exit(1);
+    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no scratch folder");
     path = pattern;
   }
   ScratchFolder(const ScratchFolder&) = delete;
@@ -54,36 +56,46 @@ void printRow(const std::string& image, const char* job, const RunCost& cost, co
               cost.peakMebibytes, beyond);
 }
 
-}  // namespace
+void measureImage(const std::string& converter, const std::filesystem::path& path,
+                  const ScratchFolder& scratch, const RunCost& start, int runs) {
+  // Only the head is read here: a child's peak memory starts at its parent's.
+  const auto head = ei4::bench::readFile(path, ei4::bench::kHeadBytes);
+  const auto header = zel::gwav4::parseHeader(head.data() + ei4::bench::kPreambleBytes);
+  const double pixels = static_cast<double>(header.xSize) * header.ySize;
+  const auto job = [&](const char* name, const Words& options) {
+    Words words = {converter, "-in", path.string()};
+    words.insert(words.end(), options.begin(), options.end());
+    printRow(path.stem().string(), name, medianRun(words, runs), start, pixels);
+  };
+  job("thumbnail 128", {"-geom", "128x128", "-out", scratch.file("t.jpg"), "-jpgquality", "90"});
+  job("full-size jpeg", {"-out", scratch.file("f.jpg"), "-jpgquality", "90"});
+  job("full-size raw", {"-out", scratch.file("f.raw")});
+}
 
-int main(int argc, char** argv) {
-  if (argc < 3) {
-    std::fprintf(stderr, "usage: whole_runs EI4CONVERT FOLDER [RUNS]\n");
-    return 2;
-  }
-  const std::string converter = argv[1];
-  const int runs = argc > 3 ? std::atoi(argv[3]) : 11;
+void measureFolder(const std::string& converter, const std::string& folder, int runs) {
   const ScratchFolder scratch;
   const RunCost start = measureStart(converter, scratch, 4 * runs);
-
   std::printf("%-16s %-16s %8s %8s %8s %8s %9s %9s\n", "image", "job", "ms", "cpu ms", "x start", "ns/px",
               "peak MiB", "B/px>16M");
   std::printf("%-16s %-16s %8.1f %8.1f %8.2f %8s %9.1f\n", "(raw 128x128)", "start + jpeg",
               start.milliseconds, start.cpuMilliseconds, 1.0, "", start.peakMebibytes);
-  for (const auto& path : ei4::bench::imagesIn(argv[2])) {
-    const auto file = ei4::bench::readFile(path);
-    const auto header = zel::gwav4::parseHeader(file.data() + ei4::bench::kPreambleBytes);
-    const double pixels = static_cast<double>(header.xSize) * header.ySize;
-    const std::string image = path.stem().string();
-    const Words input = {converter, "-in", path.string()};
-    const auto job = [&](const char* name, const Words& options) {
-      Words words = input;
-      words.insert(words.end(), options.begin(), options.end());
-      printRow(image, name, medianRun(words, runs), start, pixels);
-    };
-    job("thumbnail 128", {"-geom", "128x128", "-out", scratch.file("t.jpg"), "-jpgquality", "90"});
-    job("full-size jpeg", {"-out", scratch.file("f.jpg"), "-jpgquality", "90"});
-    job("full-size raw", {"-out", scratch.file("f.raw")});
+  for (const auto& path : ei4::bench::imagesIn(folder)) measureImage(converter, path, scratch, start, runs);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  constexpr int kDefaultRuns = 11;
+  const int runs = argc > 3 ? std::atoi(argv[3]) : kDefaultRuns;
+  if (argc < 3 || runs < 1) {
+    std::fprintf(stderr, "usage: whole_runs EI4CONVERT FOLDER [RUNS]\n");
+    return 2;
+  }
+  try {
+    measureFolder(argv[1], argv[2], runs);
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "whole_runs: %s\n", fault.what());
+    return 1;
   }
   return 0;
 }

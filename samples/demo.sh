@@ -6,6 +6,11 @@ out=$2
 converter=$build/src/driver/ei4convert
 samples=samples
 mkdir -p "$out"
+if [ ! -e "$out/.made-by-demo" ] && [ -n "$(ls -A "$out")" ]; then
+  printf 'demo: the folder %s holds files that are not mine\n' "$out" >&2
+  exit 1
+fi
+: >"$out/.made-by-demo"
 rm -f "$out"/*.jpg "$out"/*.raw "$out"/*.png
 
 # Runs the converter as a person would type it, and shows the size line that it prints.
