@@ -3,3 +3,4 @@
 const char* const FONT_NAME = "Courier";
 long FONT_WIDTH = 0;
 long FONT_HEIGHT = 0;
+int iVerbose = 0;

@@ -8,5 +8,6 @@ extern const char* const FONT_NAME;
 extern long FONT_WIDTH;
 extern long FONT_HEIGHT;
 
-/// Non-zero: drawing calls print a trace line. The driver owns it; no option sets it.
+/// Non-zero: drawing calls print a trace line. A setting of the driver's, which alone writes it; no
+/// option sets it, so it stays 0.
 extern int iVerbose;

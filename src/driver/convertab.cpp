@@ -1,7 +1,6 @@
 #include "driver/convertab.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstdint>
 
@@ -17,8 +16,8 @@ std::uint32_t bitsOf(int value) { return static_cast<std::uint32_t>(value); }
 int wrappedSum(int a, int b) { return wrap(bitsOf(a) + bitsOf(b)); }
 int wrappedDifference(int a, int b) { return wrap(bitsOf(a) - bitsOf(b)); }
 
-// Stored values from `lo` on rise to `lo + span`. `step` is the signed distance from `below` to the other
-// end.
+// Stored values from `lo` on rise to `lo + span`. `step` is the signed distance from
+// `below` to the other end.
 struct Ramp {
   int lo;
   int span;

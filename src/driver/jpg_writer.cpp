@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "driver/options.h"
 #include "driver/paths.h"
@@ -21,12 +22,28 @@ using OwnedInfo = std::unique_ptr<ImageInfo, Destroy>;
 using OwnedImage = std::unique_ptr<Image, Destroy>;
 using OwnedException = std::unique_ptr<ExceptionInfo, Destroy>;
 
-// Puts prefix and name into one of the library's name fields. A name is never cut: it would be another
-// file's.
-bool setName(char (&field)[MaxTextExtent], const char* prefix, const char* name) {
-  if (name == nullptr) return false;
-  const int length = std::snprintf(field, sizeof field, "%s%s", prefix, name);
+using NameField = char[MaxTextExtent];
+
+// Both setters answer false for a name that is too long. It is never cut: it would be another file's.
+
+bool setInputName(NameField& field, const char* format, const char* path) {
+  if (path == nullptr) return false;
+  const int length = std::snprintf(field, sizeof field, "%s%s", format, path);
   return length >= 0 && static_cast<std::size_t>(length) < sizeof field;
+}
+
+// Words the path so that the library writes a JPEG into the file of exactly this name. Left alone, it would
+// take "png:x.jpg" for a format and a name, ".jpg" for a name without an extension, "|x.jpg" and "fd:1.jpg"
+// for places to write to, and "%d" for the picture's number.
+bool setOutputName(NameField& field, const char* path) {
+  std::string name = *path == '/' ? "jpg:" : "jpg:./";
+  for (const char* c = path; *c != '\0'; ++c) {
+    name += *c;
+    if (*c == '%') name += '%';
+  }
+  if (name.size() >= sizeof field) return false;
+  std::memcpy(field, name.c_str(), name.size() + 1);
+  return true;
 }
 
 OwnedInfo imageInfo(CSize size, COLOR_TYPE colorType) {
@@ -39,19 +56,18 @@ OwnedInfo imageInfo(CSize size, COLOR_TYPE colorType) {
   return info;
 }
 
-// What ConstituteImage does, but with an answer where that ends the process: for a side of 0 and for pictures
-// beyond the limits that the machine's administrator has set. It also leaves out clearing pixels that are all
-// overwritten.
+// What ConstituteImage does, but with an answer where that ends the process: for a side of 0 and for
+// pictures beyond the limits that the machine's administrator has set. It also leaves out clearing pixels
+// that are all overwritten.
 OwnedImage constitute(CSize size, const char* map, const void* pixels) {
-  if (size.cx < 1 || size.cy < 1) return nullptr;
+  if (!JpgTakes(size)) return nullptr;
   OwnedImage image(AcquireImage(nullptr));
   if (!image) return nullptr;
   const auto columns = static_cast<std::size_t>(size.cx);
   const auto rows = static_cast<std::size_t>(size.cy);
   image->depth = 8;
   if (std::strcmp(map, "I") == 0) image->colorspace = GRAYColorspace;
-  if (columns > GetMagickResourceLimit(WidthResource) || rows > GetMagickResourceLimit(HeightResource) ||
-      SetImageExtent(image.get(), columns, rows) == MagickFalse ||
+  if (SetImageExtent(image.get(), columns, rows) == MagickFalse ||
       ImportImagePixels(image.get(), 0, 0, columns, rows, map, CharPixel, pixels) == MagickFalse) {
     return nullptr;
   }
@@ -67,8 +83,13 @@ void writeJpg(ImageInfo& info, Image& image, unsigned int quality) {
 
 }  // namespace
 
-// Quirk jpg-write-unchecked: the result says that there was a picture. When the file cannot be written the
-// run still succeeds.
+bool JpgTakes(CSize size) {
+  return size.cx >= 1 && static_cast<MagickSizeType>(size.cx) <= GetMagickResourceLimit(WidthResource) &&
+         size.cy >= 1 && static_cast<MagickSizeType>(size.cy) <= GetMagickResourceLimit(HeightResource);
+}
+
+// Quirk jpg-write-unchecked: the result says that there was a picture. When the file cannot be
+// written the run still succeeds.
 int jpgCompress(const CDicomImage* image, const char* path, unsigned int quality) {
   const COLOR_TYPE colorType = image->GetColorType();
   if (IsJpg(path) == 0 || Color2BitsUsed(colorType) != 8) return 0;
@@ -76,7 +97,7 @@ int jpgCompress(const CDicomImage* image, const char* path, unsigned int quality
   const OwnedInfo info = imageInfo(image->m_Size, colorType);
   const OwnedImage picture =
       constitute(image->m_Size, colorType == COLOR_TYPE_C08 ? "RGB" : "I", image->m_pBuffer);
-  if (!picture || !setName(picture->filename, "", path)) return 0;
+  if (!picture || !setOutputName(picture->filename, path)) return 0;
   writeJpg(*info, *picture, quality);
   return 1;
 }
@@ -84,14 +105,15 @@ int jpgCompress(const CDicomImage* image, const char* path, unsigned int quality
 // Quirk jpg-write-unchecked: here as well.
 int jpgCompressFile(const char* rawPath, COLOR_TYPE colorType, CSize size, const char* path,
                     unsigned int quality) {
-  if (IsJpg(path) == 0 || size.cx < 1 || size.cy < 1) return 0;
+  // The library keeps the low 32 bits of a side, so one beyond its limits has to be refused here.
+  if (IsJpg(path) == 0 || !JpgTakes(size)) return 0;
 
   const OwnedInfo info = imageInfo(size, colorType);
   info->number_scenes = 1;  // a file that holds several pictures gives its first one
-  if (!setName(info->filename, colorType == COLOR_TYPE_C08 ? "RGB:" : "GRAY:", rawPath)) return 0;
+  if (!setInputName(info->filename, colorType == COLOR_TYPE_C08 ? "RGB:" : "GRAY:", rawPath)) return 0;
   const OwnedException exception(AcquireExceptionInfo());
   const OwnedImage picture(ReadImage(info.get(), exception.get()));
-  if (!picture || !setName(picture->filename, "", path)) return 0;
+  if (!picture || !setOutputName(picture->filename, path)) return 0;
   writeJpg(*info, *picture, quality);
   return 1;
 }

@@ -65,8 +65,8 @@ int readOption(const char* word, const char* value, Parse& parse) {
     bInvert = 1;
     return 1;
   } else if (is("-jpgquality")) {
-    // Quirk quality-flag-cleared: a later one without a number keeps the earlier number and withdraws the
-    // flag.
+    // Quirk quality-flag-cleared: a later one without a number keeps the earlier
+    // number and withdraws the flag.
     m_bHasJpgQuality = ei4::scanInt(value, m_nJpgQuality) ? 1 : 0;
   } else if (is("-blob")) {
     bBlob = true;

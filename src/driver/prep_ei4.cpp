@@ -10,6 +10,8 @@
 #include "container/blob_reader.h"
 #include "container/file_reader.h"
 #include "container/serial_reader.h"
+#include "driver/jpg_writer.h"
+#include "driver/paths.h"
 #include "driver/settings.h"
 #include "driver/to_int.h"
 #include "gwav4/decompressor.h"
@@ -25,7 +27,7 @@ constexpr int kHeader = static_cast<int>(kHeaderBytes);
 constexpr int kPreamble = 24;     // bytes; a longer one goes on with bytes that nobody reads
 constexpr int kShortest = 40;     // bytes: a preamble and a stream header without any coded data
 constexpr int kThumbnail = 128;   // pixels; requests up to this width read twice the estimate
-constexpr int kLeastBudget = 32;  // bytes
+constexpr int kLeastBudget = 32;  // bytes, of the stream; the estimates lie far above, from 4096 on
 
 // The 24 bytes in front, little-endian. Bytes 0 to 5 are not looked at.
 struct Preamble {
@@ -57,8 +59,8 @@ Preamble parsePreamble(const std::array<unsigned char, kPreamble>& bytes) {
           .level = floatAt(&bytes[20])};
 }
 
-// The window of the image replaces the command line's. Quirk window-taken-early: also when the rest of the
-// input is refused.
+// The window of the image replaces the command line's. Quirk window-taken-early: also when the rest
+// of the input is refused.
 void takeWindow(const Preamble& preamble) {
   bWL = 1;
   dIntercept = static_cast<double>(preamble.intercept);
@@ -135,6 +137,12 @@ COLOR_TYPE colorTypeOf(int bytesPerPixel) {
   }
 }
 
+// True when all that is wanted is a JPEG of a size that ProcessImage will refuse, whatever the pixels are: a
+// few bytes of header may claim gigabytes of them.
+bool isRefusedJpg(CSize size) {
+  return szReportFile == nullptr && bDstSize == 0 && IsJpg(szOutFile) != 0 && !JpgTakes(size);
+}
+
 // True when `image`, whose buffer is there, holds a picture.
 bool decode(const Stream& stream, int factor, const CDicomImage& image) {
   zel::gwav4::CGWavDecompressor decompressor(stream.bytes.get(), static_cast<unsigned long>(stream.coded),
@@ -155,6 +163,7 @@ bool PrepEI4(const char* path, bool blob, const CSize* target) {
   // Quirk late-failure-is-no-failure: from here on the answer is true, and the image tells whether it worked.
   // Without one the conversion goes on to read the same path as a raw image.
   pImageFromEI4.reset();
+  if (isRefusedJpg(csSrc)) return true;
   const Stream stream = readStream(std::move(source), plan, targetWidth);
   if (stream.coded < 1) return true;
 

@@ -62,16 +62,17 @@ int ProcessImage(const char* szIn, const char* szOut, CSize csSource, int bHasGe
       return jpgCompressFile(szIn, *type, csSource, szOut, nQuality);
     }
     // Quirk raw-name-checked-once: only a plain copy asks for the name; with the table or "-geom" every name
-    // but a
-    // ".jpg" is written raw.
+    // but a ".jpg" is written raw.
     if (bHasGeom == 0 && IsRAW(szOut) == 0) return 0;
   }
 
+  if (isJpg && bHasGeom == 0 && !JpgTakes(csSource)) return 0;  // before it costs anything
   const auto image =
       pImageFromEI4 ? std::move(pImageFromEI4) : ReadDicomImage(szIn, csSource, nInType, nullptr);
   if (!image) return 0;
   csOut = csSource;
   if (bHasGeom != 0 && !fit(*image, csGeom, csOut)) return 0;
+  if (isJpg && !JpgTakes(csOut)) return 0;
 
   Convertab table;
   if (bTable != 0) {

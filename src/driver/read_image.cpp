@@ -25,7 +25,8 @@ std::unique_ptr<CDicomImage> ReadDicomImage(const char* path, CSize& size, COLOR
   const std::size_t wanted = image->m_nBufferSize;
   if (wanted == 0) return image;
   const std::size_t got = std::fread(image->m_pBuffer, 1, wanted, file.get());
-  std::memset(image->m_pBuffer + got, 0,
-              wanted - got);  // the buffer comes with whatever the memory held before
+  if (std::ferror(file.get()) != 0) return nullptr;
+  // The buffer comes with whatever the memory held before.
+  std::memset(image->m_pBuffer + got, 0, wanted - got);
   return image;
 }

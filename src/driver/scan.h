@@ -5,9 +5,9 @@
 
 namespace ei4 {
 
-/// Each reads the longest number at the start of `text`, behind white space and with a sign if there is one,
-/// and ignores what follows it. Returns false, and leaves `value` alone, when `text` is null or holds no
-/// number there.
+/// Each reads the longest number at the start of `text`, behind white space and with a sign if there
+/// is one, and ignores what follows it. Returns false, and leaves `value` alone, when `text` is null
+/// or holds no number there.
 
 /// "%d". A number beyond int keeps its low 32 bits (a number beyond long is first clamped to long).
 bool scanInt(const char* text, int& value);

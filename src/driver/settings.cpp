@@ -27,6 +27,5 @@ int m_bHasJpgQuality = 0;
 
 bool bBlob = false;
 int helpOnly = 0;
-int iVerbose = 0;
 
 std::unique_ptr<CDicomImage> pImageFromEI4;

@@ -1,6 +1,7 @@
-// The job of this run. One process converts one image, so its settings are process-wide: written once from
-// the command line, corrected by a compressed input's preamble, then only read. All start at zero, false or
-// null.
+// The job of this run. One process converts one image, so its settings are process-wide: written once
+// from the command line, corrected by a compressed input's preamble, then only read. All start at zero,
+// false or null. One more, iVerbose, lives with the drawing that reads it; the driver alone sets it,
+// and no option does so yet.
 #pragma once
 
 #include <memory>

@@ -19,9 +19,9 @@ struct BoxSpan {
   }
 };
 
-/// Hands out the spans of consecutive destination pixels. A source pixel is `refill` units wide, a
-/// destination pixel `unit`; `counter` units are left of the first source pixel, which has the index
-/// `position`.
+/// Hands out the spans of consecutive destination pixels. A source pixel is `refill` units
+/// wide, a destination pixel `unit`; `counter` units are left of the first source pixel, which
+/// has the index `position`.
 struct BoxWalk {
   std::int64_t counter;  ///< 0..refill; at 0 the walk moves on before it takes anything
   std::int64_t unit;     ///< 0 or more

@@ -8,18 +8,17 @@
 #include "image/pixel.h"
 #include "types/types.h"
 
-/// What every picture can do, whatever its format. All results are 1 for success and 0 for failure; nothing
-/// throws.
+/// What every picture can do, whatever its format. All results are 1 for success and 0 for
+/// failure; nothing throws.
 ///
 /// Ownership: `m_pBuffer` belongs to the image while `m_bOwnBuffer` is set; the destructor then frees it with
 /// array delete. Otherwise it belongs to whoever lent it and must outlive the image. Images cannot be copied.
 class CDicomImage {
  public:
-  unsigned char* m_pBuffer =
-      nullptr;                 ///< the first pixel; row y starts y * width pixels in, rows have no padding
-  CSize m_Size = CSize(0, 0);  ///< pixels
-  unsigned int m_nBufferSize = 0;  ///< bytes: width * height * bytes per pixel
-  bool m_bOwnBuffer = true;        ///< the image allocated m_pBuffer and frees it
+  unsigned char* m_pBuffer = nullptr;  ///< the first pixel; row y starts y * width pixels in, without padding
+  CSize m_Size = CSize(0, 0);          ///< pixels
+  unsigned int m_nBufferSize = 0;      ///< bytes: width * height * bytes per pixel
+  bool m_bOwnBuffer = true;            ///< the image allocated m_pBuffer and frees it
 
   CDicomImage() = default;
   CDicomImage(const CDicomImage&) = delete;
@@ -31,22 +30,22 @@ class CDicomImage {
   /// displayedSize  the size at which the whole picture is shown, in destination orientation.
   /// clip           what may be painted, in destination pixels.
   /// table          null, or one entry for every source value (256; 65536 for a 16-bit source): 16-bit
-  /// entries, aligned
-  ///                so, for a 16-bit destination, else bytes.
+  ///                entries, aligned so, for a 16-bit destination, else bytes.
   /// background     0xRRGGBB, what shows where the picture does not.
   /// mode           0: nearest sample; else averaged when it shrinks, interpolated when it grows.
   /// colorType      the destination's format. For any of the three, *ppDst receives a new image, whatever it
-  /// held. For
-  ///                another value an image that *ppDst holds is created anew at the destination size
-  ///                (destroyed and cleared if that fails) and 0 comes back.
+  ///                held. For another value an image that *ppDst holds is created anew at the destination
+  ///                size (destroyed and cleared if that fails) and 0 comes back.
   /// ppDst          never null. *ppDst belongs to the caller, also after a refusal, which leaves it either
-  /// cleared or
-  ///                filled with the background.
+  ///                cleared or filled with the background.
+  ///
   /// Refuses a destination that Create refuses, an averaging whose counters would be halved to nothing, and
   /// memory running short. A source or displayed side outside 1..INT_MAX, or an orientation outside 0..7,
-  /// shows nothing but the background. Quirk no-table-keeps-source-pixels: 16-bit grey or colour painted into
-  /// 8-bit grey without a table is stored in the source's pixel size, in a destination whose allocation (not
-  /// its m_nBufferSize) has room for that.
+  /// shows nothing but the background.
+  ///
+  /// Quirk no-table-keeps-source-pixels: 16-bit grey or colour painted into 8-bit grey without a
+  /// table is stored in the source's pixel size, in a destination whose allocation (not its
+  /// m_nBufferSize) has room for that.
   virtual int PaintImage(CSize dstSize, CPoint offset, CSize displayedSize, CRect clip,
                          ORIENTATION orientation, int unused, void* table, unsigned long background, int mode,
                          COLOR_TYPE colorType, CDicomImage** ppDst) const = 0;
@@ -54,13 +53,14 @@ class CDicomImage {
   virtual ~CDicomImage();
 
   /// Allocates width x height pixels, contents unspecified. Refuses a negative side, more than 2^32 - 1
-  /// bytes, and memory running short; the image is then as before. Quirk create-keeps-no-buffer: an earlier
-  /// buffer is neither freed nor kept, and m_bOwnBuffer stays as it is.
+  /// bytes, and memory running short; the image is then as before.
+  /// Quirk create-keeps-no-buffer: an earlier buffer is neither freed nor kept, and
+  /// m_bOwnBuffer stays as it is.
   virtual int Create(int width, int height);
 
-  /// Adopts the caller's buffer of width x height pixels, aligned for them, which the image then never frees.
-  /// Refuses what the other Create refuses, and a null buffer for a picture with pixels. An earlier buffer is
-  /// not freed.
+  /// Adopts the caller's buffer of width x height pixels, aligned for them, which the image then never
+  /// frees. Refuses what the other Create refuses, and a null buffer for a picture with pixels. An
+  /// earlier buffer is not freed.
   virtual int Create(int width, int height, void* buffer);
 
   /// The pixel (x, y) in the buffer; null outside the picture.
@@ -88,8 +88,8 @@ class CDicomImage {
   CSize EncapsulatedSize(CSize box) const;
 };
 
-/// A picture of one format. Accumulator: the wide sum of averaged pixels, CPixelDDD for grey, CPixelCCC for
-/// colour.
+/// A picture of one format. Accumulator: the wide sum of averaged pixels, CPixelDDD for
+/// grey, CPixelCCC for colour.
 template <class Pixel, class Accumulator>
 class CDicomImageTemplate : public CDicomImage {
  public:
@@ -103,8 +103,8 @@ class CDicomImageTemplate : public CDicomImage {
   int ResampleImage(CDicomImage** ppDst, int& width, int& height) const override;
   COLOR_TYPE GetColorType() const override;
 
-  /// As Create(width, height), with room in the allocation for pixels of `bytesPerPixel` when these are
-  /// larger.
+  /// As Create(width, height), with room in the allocation for pixels of
+  /// `bytesPerPixel` when these are larger.
   int CreateWithRoom(int width, int height, unsigned int bytesPerPixel);
 
   /// The first pixel; null before Create.
@@ -115,6 +115,6 @@ extern template class CDicomImageTemplate<CPixelM08, CPixelDDD>;
 extern template class CDicomImageTemplate<CPixelM16, CPixelDDD>;
 extern template class CDicomImageTemplate<CPixelC08, CPixelCCC>;
 
-/// A new image without a buffer: 1 gives CPixelM08, 2 CPixelM16, any other value CPixelC08. Null when memory
-/// is short.
+/// A new image without a buffer: 1 gives CPixelM08, 2 CPixelM16, any other value CPixelC08.
+/// Null when memory is short.
 std::unique_ptr<CDicomImage> CreateDicomImage(COLOR_TYPE colorType);

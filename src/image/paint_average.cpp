@@ -13,8 +13,8 @@
 
 namespace {
 
-// Sums of samples times weights stay exact, in 64-bit integers and in doubles, while the divisor is this
-// small.
+// Sums of samples times weights stay exact, in 64-bit integers and in doubles, while
+// the divisor is this small.
 constexpr std::int64_t kLargestDivisor = 0x1010100;
 constexpr std::int64_t kHalvedOnce = 0x2020201;
 
@@ -83,8 +83,8 @@ class Averager {
     return reinterpret_cast<const Component*>(line);
   }
 
-  /// The order does not matter to exact sums, so the rows of equal weight are added plainly and weighted
-  /// together.
+  /// The order does not matter to exact sums, so rows of equal weight are added
+  /// plainly and weighted together.
   void SumRows(const BoxSpan& rows) {
     std::fill(m_sums.begin(), m_sums.end(), Sum{0});
     for (std::int64_t row = rows.fullBegin; row < rows.fullBegin + rows.full; ++row) {
@@ -150,8 +150,8 @@ int PaintAveraged(const PaintJob<Source>& job) {
   BoxWalk columns = BoxWalk::From(g.nDispX0, job.sourceSize.cx, job.displayedSize.cx, 0);
   BoxWalk rows = BoxWalk::From(g.nDispY0, job.sourceSize.cy, job.displayedSize.cy, g.nSrcY0);
   std::int64_t divisor = std::int64_t{job.sourceSize.cx} * job.sourceSize.cy;
-  while (divisor >
-         kLargestDivisor) {  // Quirk halved-weights: odd numbers lose a unit, and the walk its exact scale
+  // Quirk halved-weights: odd numbers lose a unit, and the walk its exact scale.
+  while (divisor > kLargestDivisor) {
     rows.Halve();
     if (divisor <= kHalvedOnce) {
       divisor /= 2;

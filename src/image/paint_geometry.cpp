@@ -24,8 +24,8 @@ Grey backgroundPixel(unsigned long background, const Grey* /*format*/) {
   return {static_cast<std::uint8_t>(sum >> 2)};
 }
 
-/// Moves against an offset; edges that no longer fit stay at the ends of the range, where nothing is visible
-/// anyway.
+/// Moves against an offset; edges that no longer fit stay at the ends of the range, where
+/// nothing is visible anyway.
 long movedEdge(long edge, long offset) {
   long moved = 0;
   if (!__builtin_sub_overflow(edge, offset, &moved)) return moved;

@@ -12,8 +12,8 @@
 
 namespace {
 
-/// From a row's first pixel to the next row's. The step after the last pixel may have wrapped; their sum
-/// wraps back.
+/// From a row's first pixel to the next row's. The step after the last pixel may have
+/// wrapped; their sum wraps back.
 std::ptrdiff_t rowAdvance(const PaintGeometry& g) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(g.nDstStepRow) +
                                    static_cast<std::uint32_t>(g.nDstStepX) *

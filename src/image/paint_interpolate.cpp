@@ -14,8 +14,7 @@ namespace {
 constexpr std::int64_t kLargestDenominator = 4095;  // keeps the weighted sums exact in a double
 constexpr double kWholeEnough = 0.01;
 
-/// The source pixels before and at one destination pixel along an axis, with the earlier one's share of the
-/// blend.
+/// The source pixels before and at one destination pixel along an axis, with their shares of the blend.
 struct Tap {
   std::int64_t before, at;
   double weightBefore, weightAt;

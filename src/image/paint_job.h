@@ -5,8 +5,8 @@
 #include "image/row_sink.h"
 #include "types/types.h"
 
-/// One painting with something to paint: geometry.nDstCols and nDstRows are at least 1. Borrows everything it
-/// points to.
+/// One painting with something to paint: geometry.nDstCols and nDstRows are at least 1.
+/// Borrows all it points to.
 template <class Source>
 struct PaintJob {
   const Source* source;

@@ -1,5 +1,5 @@
-// Where painted rows go: conversion to the destination's format, through a table or without, and the walk
-// over it.
+// Where painted rows go: conversion to the destination's format, through a table or
+// without, and the walk over it.
 #pragma once
 
 #include <cstddef>
@@ -22,11 +22,11 @@ struct DestinationWalk {
   int columns;
 };
 
-/// table  null, or bytes (16-bit entries for a 16-bit destination) for every value of the source: 65536 for
-/// 16-bit grey,
-///        else 256. It maps colour by component into colour, else its grey (R + 2G + B) >> 2; grey into
-///        colour goes to all three components. Without a table the value itself goes the same ways, its low 8
-///        bits into colour.
+/// Makes the sink that stores into `destination` along `walk`.
+/// table  null, or one entry for every value of the source (65536 for 16-bit grey, else 256): 16 bits wide
+///        for a 16-bit destination, else bytes. It maps colour by component into colour, else its grey
+///        (R + 2G + B) >> 2; grey into colour goes to all three components. Without a table the value itself
+///        goes the same ways, its low 8 bits into colour.
 ///
 /// Quirk no-table-keeps-source-pixels: 16-bit grey or colour into 8-bit grey without a table is stored in the
 /// source's pixel size, the steps of the walk counting such pixels (the start still counts the

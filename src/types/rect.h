@@ -4,8 +4,8 @@
 #include "types/point_size.h"
 #include "types/tags.h"
 
-/// No function takes a null rectangle. A rectangle object may be passed wherever a `const tagRECT*` is
-/// wanted.
+/// No function takes a null rectangle. A rectangle object may be passed wherever a
+/// `const tagRECT*` is wanted.
 class CRect : public tagRECT {
  public:
   CRect() = default;  ///< sets nothing

@@ -116,6 +116,10 @@ void makeGrey() {
   for (auto& byte : undecodable) byte = static_cast<unsigned char>(windowed(byte, 0, 256, 255));
   save("undecodable_as_raw.raw", undecodable);
 
+  Bytes huge = part(file, 0, 300);
+  for (std::size_t i = 6; i < 10; ++i) huge[24 + i] = 0xFF;  // 65535 x 65535
+  save("huge.ei4", huge);
+
   Ei4Preamble longPreamble = kFull8;
   longPreamble.length = 32;
   const Bytes longFile = coded(pixels, 64, 48, 1, 8, longPreamble);
@@ -146,6 +150,11 @@ void makeFlat() {
   save("flat.ei4", coded(pixels, 256, 200, 1, 8, kFull8));
 }
 
+// columns: 64 x 64, 8 bits, 0 and 200 in turn: halved by averaging it is 100 everywhere.
+void makeColumns() {
+  save("columns.raw", picture(64, 64, 1, [](int x, int) { return x % 2 * 200; }));
+}
+
 // colour: 96 x 64, three components that differ.
 void makeColour() {
   Bytes pixels;
@@ -172,6 +181,7 @@ int main(int argc, char** argv) try {
   makeGrey();
   makeCt();
   makeFlat();
+  makeColumns();
   makeColour();
   return 0;
 } catch (const std::exception& error) {

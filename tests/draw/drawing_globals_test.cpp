@@ -7,3 +7,5 @@ TEST(DrawingGlobals, NameTheFontAndHaveNoCellYet) {
   EXPECT_EQ(FONT_WIDTH, 0);
   EXPECT_EQ(FONT_HEIGHT, 0);
 }
+
+TEST(DrawingGlobals, AreSilentUntilTheDriverAsksForATrace) { EXPECT_EQ(iVerbose, 0); }

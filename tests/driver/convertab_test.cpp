@@ -161,8 +161,8 @@ TEST(CreateConvertab, RefusesBitsOutOfRange) {
 TEST(CreateConvertab, WrapsTheProductsOfAFull16BitWindow) {
   const auto entries = table({.window = 65536, .level = 32768}, 16, 16);
   EXPECT_EQ(entries[32768], 32767);
-  // 32769 * 65535 - 2^32 = -2147450881; / 65536 = -32767, which is 32769 in 16 bits. Unwrapped it would be
-  // 32768.
+  // 32769 * 65535 - 2^32 = -2147450881; / 65536 = -32767, which is 32769 in 16 bits.
+  // Unwrapped it would be 32768.
   EXPECT_EQ(entries[32769], 32769);
 }
 
@@ -173,8 +173,8 @@ TEST(CreateConvertab, GivesCrossedEdgesTheUpperValue) {
 }
 
 TEST(CreateConvertab, SurvivesTheLargestSpan) {
-  // The edges are INT_MIN (what does not fit) and INT_MAX: the span wraps to -1, and value 0 meets INT_MIN /
-  // -1.
+  // The edges are INT_MIN (what does not fit) and INT_MAX: the span wraps to -1, and
+  // value 0 meets INT_MIN / -1.
   const Window widest{.window = 1 << 30, .level = -1, .slope = 536870911 / 2147483647.5};
   ASSERT_EQ(FieldhounsLevel(-1 - (1 << 29), 0, widest.slope, 0), INT_MIN);
   ASSERT_EQ(FieldhounsLevel(-1 + (1 << 29), 0, widest.slope, 0), INT_MAX);

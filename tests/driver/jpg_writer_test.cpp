@@ -4,7 +4,9 @@
 #include <magick/MagickCore.h>
 
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <string>
 
 #include "support/cli_jpg.h"
 #include "support/cli_temp_folder.h"
@@ -27,6 +29,20 @@ Bytes ramp(int width, int height, int components) {
   return pixels;
 }
 
+// Makes a folder the current one for a while.
+class InFolder {
+ public:
+  explicit InFolder(const std::string& path) : m_before(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  ~InFolder() { std::filesystem::current_path(m_before); }
+  InFolder(const InFolder&) = delete;
+  InFolder& operator=(const InFolder&) = delete;
+
+ private:
+  std::filesystem::path m_before;
+};
+
 class JpgWriter : public testing::Test {
  protected:
   static void SetUpTestSuite() { ei4::test::startMagickCore(); }
@@ -40,6 +56,11 @@ class JpgWriter : public testing::Test {
 
   int compress(const CDicomImage& image, unsigned int quality) const {
     return jpgCompress(&image, folder.path("out.jpg").c_str(), quality);
+  }
+
+  // The path of a file, made longer without becoming another one.
+  std::string behindSlashes(std::size_t slashes, const std::string& name) const {
+    return folder.path("").append(slashes, '/').append(name);
   }
 
   static void expectClose(const Bytes& decoded, const Bytes& pixels, std::size_t components) {
@@ -117,13 +138,52 @@ TEST_F(JpgWriter, RefusesOtherNames) {
 TEST_F(JpgWriter, RefusesNamesThatTheLibraryWouldCut) {
   const auto image = imageOf(COLOR_TYPE_M08, 8, 8, ramp(8, 8, 1));
   const auto raw = folder.write("in.raw", ramp(8, 8, 1));
-  const std::string out =
-      folder.path(std::string(5000, '/') + "out.jpg");  // is a valid way to out.jpg but for its length
+  const std::string out = behindSlashes(5000, "out.jpg");
   EXPECT_EQ(jpgCompress(image.get(), out.c_str(), 90), 0);
   EXPECT_EQ(jpgCompressFile(raw.c_str(), COLOR_TYPE_M08, CSize(8, 8), out.c_str(), 90), 0);
-  const std::string in = folder.path(std::string(4096 - 5, '/') + "in.raw");
+  const std::string in = behindSlashes(4096 - 5, "in.raw");
   EXPECT_EQ(jpgCompressFile(in.c_str(), COLOR_TYPE_M08, CSize(8, 8), folder.path("out.jpg").c_str(), 90), 0);
   EXPECT_EQ(jpgCompressFile(nullptr, COLOR_TYPE_M08, CSize(8, 8), folder.path("out.jpg").c_str(), 90), 0);
+}
+
+TEST_F(JpgWriter, WritesAJpgOfExactlyTheAskedName) {
+  const auto image = imageOf(COLOR_TYPE_M08, 64, 48, ramp(64, 48, 1));
+  ASSERT_EQ(compress(*image, 90), 1);
+  const Bytes ordinary = folder.read("out.jpg");
+  std::filesystem::remove(folder.path("out.jpg"));
+  const ei4::test::TempFolder input;
+  const auto raw = input.write("in.raw", ramp(64, 48, 1));
+
+  const InFolder inside(folder.path(""));
+  for (const std::string name :
+       {".jpg",     "C:x.jpg",   "png:z.jpg",     "jpg:.jpg",  "a:b:c.jpg",
+        "-.jpg",    "fd:1.jpg",  "|cat>pipe.jpg", "@x.jpg",    "%d.jpg",
+        "%03d.jpg", "%.jpg",     "%%.jpg",        "%%%.jpg",   "100%_%s%d%u%[x]%n.jpg",
+        "x[0].jpg", "x[0]%.jpg", "~.jpg",         "a b*?.jpg", "x.png.jpg"}) {
+    for (const std::string& path : {name, "./" + name, folder.path(name)}) {
+      ASSERT_EQ(jpgCompress(image.get(), path.c_str(), 90), 1) << path;
+      EXPECT_EQ(folder.read(name), ordinary) << path;
+      std::filesystem::remove(folder.path(name));
+      ASSERT_EQ(jpgCompressFile(raw.c_str(), COLOR_TYPE_M08, CSize(64, 48), path.c_str(), 90), 1) << path;
+      EXPECT_EQ(folder.read(name), ordinary) << path;
+      std::filesystem::remove(folder.path(name));
+      EXPECT_TRUE(folder.empty()) << path;
+    }
+  }
+}
+
+TEST_F(JpgWriter, TakesNamesUpToTheLibrarysLimit) {
+  const auto image = imageOf(COLOR_TYPE_M08, 8, 8, ramp(8, 8, 1));
+  constexpr std::size_t kLongest = MaxTextExtent - 1 - 4;  // "jpg:" comes in front
+  for (const std::string& name : {std::string("out.jpg"), std::string(200, '%') + ".jpg"}) {
+    const std::size_t percents = name.size() > 100 ? 200 : 0;
+    const std::size_t slashes = kLongest - folder.path("").size() - name.size() - percents;
+    EXPECT_EQ(jpgCompress(image.get(), behindSlashes(slashes + 1, name).c_str(), 90), 0);
+    EXPECT_TRUE(folder.empty());
+    EXPECT_EQ(jpgCompress(image.get(), behindSlashes(slashes, name).c_str(), 90), 1);
+    EXPECT_TRUE(folder.has(name));
+    std::filesystem::remove(folder.path(name));
+  }
 }
 
 TEST_F(JpgWriter, RefusesSixteenBitPixels) {
@@ -136,6 +196,25 @@ TEST_F(JpgWriter, RefusesSidesThatTheLibraryCannotTake) {
   const auto tooWide = static_cast<int>(GetMagickResourceLimit(WidthResource)) + 1;
   EXPECT_EQ(compress(*imageOf(COLOR_TYPE_M08, tooWide, 1, Bytes(static_cast<std::size_t>(tooWide))), 90), 0);
   EXPECT_EQ(compress(*imageOf(COLOR_TYPE_M08, 1, tooWide, Bytes(static_cast<std::size_t>(tooWide))), 90), 0);
+}
+
+TEST_F(JpgWriter, TakesSidesUpToTheLibrarysLimits) {
+  const MagickSizeType widest = GetMagickResourceLimit(WidthResource);
+  const MagickSizeType highest = GetMagickResourceLimit(HeightResource);
+  SetMagickResourceLimit(WidthResource, 30);
+  SetMagickResourceLimit(HeightResource, 20);
+  EXPECT_TRUE(JpgTakes(CSize(30, 20)));
+  EXPECT_TRUE(JpgTakes(CSize(1, 1)));
+  for (const CSize size :
+       {CSize(31, 1), CSize(1, 21), CSize(0, 1), CSize(1, 0), CSize(-1, 1), CSize(1, -1)}) {
+    EXPECT_FALSE(JpgTakes(size)) << size.cx << 'x' << size.cy;
+  }
+  EXPECT_EQ(compress(*imageOf(COLOR_TYPE_M08, 30, 20, ramp(30, 20, 1)), 90), 1) << "the library agrees";
+  const auto raw = folder.write("in.raw", ramp(30, 20, 1));
+  EXPECT_EQ(jpgCompressFile(raw.c_str(), COLOR_TYPE_M08, CSize(30, 20), folder.path("out.jpg").c_str(), 90),
+            1);
+  SetMagickResourceLimit(WidthResource, widest);
+  SetMagickResourceLimit(HeightResource, highest);
 }
 
 TEST_F(JpgWriter, RefusesMorePixelsThanTheLibraryMayHold) {
@@ -232,8 +311,10 @@ TEST_F(JpgWriter, RefusesFilesThatAreShortOrMissing) {
 TEST_F(JpgWriter, RefusesSizesThatNoFileHas) {
   const auto out = folder.path("out.jpg");
   const auto raw = folder.write("in.raw", ramp(8, 8, 1));
+  constexpr long kWraps = (1L << 32) + 8;  // 8 in the low 32 bits
   for (const CSize size : {CSize(0, 0), CSize(0, 8), CSize(8, 0), CSize(-8, 8), CSize(8, -8),
-                           CSize(2000000000, 1), CSize(1, 2000000000)}) {
+                           CSize(2000000000, 1), CSize(1, 2000000000), CSize(tagSIZE{kWraps, 8}),
+                           CSize(tagSIZE{8, kWraps}), CSize(tagSIZE{-kWraps, 8})}) {
     EXPECT_EQ(jpgCompressFile(raw.c_str(), COLOR_TYPE_M08, size, out.c_str(), 90), 0)
         << size.cx << 'x' << size.cy;
   }

@@ -1,6 +1,7 @@
 #include "driver/prep_ei4.h"
 
 #include <gtest/gtest.h>
+#include <magick/MagickCore.h>
 
 #include <climits>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include "gwav4/decompressor.h"
 #include "gwav4/header.h"
 #include "settings_fixture.h"
+#include "support/cli_jpg.h"
 #include "support/cli_temp_folder.h"
 
 namespace {
@@ -255,6 +257,32 @@ TEST_F(PrepEI4Test, SurvivesANegativeTarget) {
   EXPECT_EQ(csSrc, CSize(12, 10));  // halved until both sides are at most 16
 }
 
+TEST_F(PrepEI4Test, DecodesNothingForAJpgThatTheLibraryCannotTake) {
+  ei4::test::startMagickCore();
+  const Bytes file = ei4::tools::writeEi4({.window = 400}, greyStream);
+  const MagickSizeType limit = GetMagickResourceLimit(WidthResource);
+  const auto decodes = [&] {
+    nWindow = 0;
+    EXPECT_TRUE(prepare(file));
+    EXPECT_EQ(csSrc, CSize(48, 40));
+    EXPECT_EQ(nWindow, 400);
+    return pImageFromEI4 != nullptr;
+  };
+  szOutFile = "out.jpg";
+  EXPECT_TRUE(decodes());
+  SetMagickResourceLimit(WidthResource, 47);
+  EXPECT_FALSE(decodes());
+  bDstSize = 1;  // the box may make it smaller
+  EXPECT_TRUE(decodes());
+  bDstSize = 0;
+  szReportFile = "report.txt";  // shows a part of it
+  EXPECT_TRUE(decodes());
+  szReportFile = nullptr;
+  szOutFile = "out.raw";
+  EXPECT_TRUE(decodes());
+  SetMagickResourceLimit(WidthResource, limit);
+}
+
 class ReadBudget : public PrepEI4Test {
  protected:
   const Bytes picture = noise(512UL * 512, 0xFF);
@@ -286,6 +314,14 @@ TEST_F(ReadBudget, IsNotDoubledAbove128) {
   ASSERT_TRUE(prepare(ei4::tools::writeEi4({}, stream), &target));
   EXPECT_EQ(csSrc, CSize(128, 128));
   EXPECT_EQ(decoded(), decodePrefix(stream, 8192, 2));
+}
+
+TEST_F(ReadBudget, IsNotDoubledForANegativeWidth) {
+  const CSize target(-1, -1);
+  ASSERT_TRUE(prepare(ei4::tools::writeEi4({}, stream), &target));
+  EXPECT_EQ(csSrc, CSize(16, 16));
+  EXPECT_EQ(decoded(), decodePrefix(stream, 8192, 5));
+  EXPECT_NE(decoded(), decodePrefix(stream, 2UL * 8192, 5));
 }
 
 TEST_F(ReadBudget, IsTheWholeInputAtFullSize) {

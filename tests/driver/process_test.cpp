@@ -1,6 +1,7 @@
 #include "driver/process.h"
 
 #include <gtest/gtest.h>
+#include <magick/MagickCore.h>
 
 #include <cstring>
 #include <memory>
@@ -173,6 +174,21 @@ TEST_F(Process, RefusesANegativeSize) {
   EXPECT_EQ(run(), 0);
 }
 
+TEST_F(Process, RefusesAJpgBeyondTheLibraryBeforeAnythingIsRead) {
+  askForJpg();
+  const MagickSizeType limit = GetMagickResourceLimit(WidthResource);
+  SetMagickResourceLimit(WidthResource, 39);
+  request.table = true;
+  pImageFromEI4 = filled(COLOR_TYPE_M08, 40, 36, 77);
+  EXPECT_EQ(run(), 0);
+  EXPECT_NE(pImageFromEI4, nullptr);
+  request.hasGeom = true;
+  request.geom = CSize(80, 80);  // the box decides then: 80 x 72 pixels
+  EXPECT_EQ(run(), 0);
+  SetMagickResourceLimit(WidthResource, limit);
+  EXPECT_FALSE(folder.has("out.jpg"));
+}
+
 // Copies.
 
 TEST_F(Process, CopiesARawImage) {
@@ -248,7 +264,9 @@ TEST_F(Process, WritesRawUnderAnyNameOnceABoxOrTheTableIsGiven) {
 }
 
 TEST_F(Process, AveragesWhenThePictureShrinks) {
-  request.in = folder.write("in4.bin", Bytes(64UL * 64, 100));
+  Bytes columns;  // of 0 and 200: single samples would give one of them
+  for (int i = 0; i < 64 * 64; ++i) columns.push_back(i % 2 == 0 ? 0 : 200);
+  request.in = folder.write("columns.bin", columns);
   request.source = CSize(64, 64);
   request.hasGeom = true;
   request.geom = CSize(32, 32);

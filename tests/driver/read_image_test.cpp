@@ -70,6 +70,10 @@ TEST_F(ReadImage, RefusesAFileThatDoesNotOpen) {
   EXPECT_EQ(ReadDicomImage(nullptr, size, type, nullptr), nullptr);
 }
 
+TEST_F(ReadImage, RefusesWhatOpensButCannotBeRead) {
+  EXPECT_EQ(readAs(folder.path("."), CSize(1, 1), COLOR_TYPE_M08), nullptr);
+}
+
 TEST_F(ReadImage, RefusesASizeThatNoImageHas) {
   const auto path = folder.write("a.raw", Bytes{9});
   CSize beyond(1, 1);

@@ -17,8 +17,8 @@ int intOf(const char* text) {
   return ei4::scanInt(text, value) ? value : kUntouched;
 }
 
-// All texts of up to `longest` characters over an alphabet of signs, digits, blanks and letters that numbers
-// hold.
+// All texts of up to `longest` characters over an alphabet of signs, digits, blanks and
+// letters that numbers hold.
 std::vector<std::string> textsOver(const std::string& alphabet, std::size_t longest) {
   std::vector<std::string> texts = {""};
   for (std::size_t from = 0, length = 1; length <= longest; ++length) {

@@ -1,5 +1,5 @@
-// Tests of code that reads and writes the process-wide settings: each starts with the settings of a fresh
-// process.
+// Tests of code that reads and writes the process-wide settings: each starts with the
+// settings of a fresh process.
 #pragma once
 
 #include <gtest/gtest.h>

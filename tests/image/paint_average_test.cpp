@@ -107,10 +107,22 @@ INSTANTIATE_TEST_SUITE_P(Sizes, HalvedCounters,
                                          Halved{5700000, 3, 40, 7, -38, 0, 2}));
 
 TEST(PaintAveraged, HalvesTheColumnsOnlyAboveTheSecondBound) {
-  // 512 * 65793 = 0x2020200: rows alone; 514 * 65537 = 0x2020202: both.
-  for (const auto& [cx, cy] : {std::pair{512L, 65793L}, {514L, 65537L}}) {
+  // 1913 * 17609 = 0x2020201: rows alone; 514 * 65537 = 0x2020202: both.
+  for (const auto& [cx, cy] : {std::pair{1913L, 17609L}, {514L, 65537L}}) {
     const Picture source = noise(COLOR_TYPE_M08, cx, cy);
     PaintRequest r = filling(source, 101, 1003, 1);
+    r.cx = r.clipR = 9;
+    r.cy = r.clipB = 2;
+    EXPECT_EQ(paint(source, r).bytes, ReferencePainter(source, r).paint(kUnwritten)) << cx;
+  }
+}
+
+TEST(PaintAveraged, HalvesTheRowsFromTheFirstNumberAboveTheFirstBound) {
+  // 256 * 65793 = 0x1010100: nothing; 257 * 65537 = 0x1010101: the rows.
+  for (const auto& [cx, cy] : {std::pair{256L, 65793L}, {257L, 65537L}}) {
+    const Picture source = noise(COLOR_TYPE_M08, cx, cy);
+    PaintRequest r = filling(source, 101, 1003, 1);
+    r.cx = r.clipR = 9;
     r.cy = r.clipB = 2;
     EXPECT_EQ(paint(source, r).bytes, ReferencePainter(source, r).paint(kUnwritten)) << cx;
   }
@@ -124,8 +136,8 @@ TEST(PaintAveraged, SumsOfTallPicturesDoNotOverflow) {
 }
 
 TEST(PaintAveraged, HalvesOnlyAboveTheLargestDivisor) {
-  // 4104 * 4104 = 0x10100C0 stays whole: exact means of constant blocks. 4105 * 4104 does not: rows lose a
-  // unit.
+  // 4104 * 4104 = 0x10100C0 stays whole: exact means of constant blocks. 4105 * 4104
+  // does not: rows lose a unit.
   for (const long cx : {4104L, 4105L}) {
     const Picture source{COLOR_TYPE_M16, cx, 4104, {40000}};
     PaintRequest r = filling(source, 7, 513, 1);

@@ -31,8 +31,9 @@ std::vector<Pixel> pixelsOf(const Picture& picture) {
 inline std::vector<std::uint8_t> tableBytes(const PaintRequest& request) {
   const std::vector<std::uint16_t>& entries = request.table;
   if (request.format != COLOR_TYPE_M16) {
-    std::vector<std::uint8_t> bytes;
-    for (const std::uint16_t entry : entries) bytes.push_back(static_cast<std::uint8_t>(entry));
+    std::vector<std::uint8_t> bytes(entries.size());
+    std::transform(entries.begin(), entries.end(), bytes.begin(),
+                   [](std::uint16_t entry) { return static_cast<std::uint8_t>(entry); });
     return bytes;
   }
   std::vector<std::uint8_t> bytes(entries.size() * 2);

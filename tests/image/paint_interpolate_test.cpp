@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "paint_fixture.h"
 
 namespace ei4::test {
@@ -41,6 +43,19 @@ TEST(PaintInterpolated, NearlyItsOwnSizeCopiesAndRepeatsTheEdge) {
       ASSERT_EQ(painted.bytes[static_cast<std::size_t>(y * 201 + x)],
                 source.at(std::min(x, 199L), std::min(y, 199L), 0));
     }
+  }
+}
+
+TEST(PaintInterpolated, CopiesBelowAHundredthAndBlendsAboveIt) {
+  // Zooms of 212 / 210 = 1.0095 and 192 / 190 = 1.0105.
+  for (const auto& [size, copies] : {std::pair{210L, true}, {190L, false}}) {
+    Picture source = grey8(size, size, {});
+    for (long i = 0; i < size * size; ++i) source.samples.push_back(static_cast<unsigned>(i * 7 % 251));
+    const PaintRequest r = filling(source, size + 2, size + 2, 1);
+    const Painted painted = paint(source, r);
+    EXPECT_EQ(painted.bytes, ReferencePainter(source, r).paint(kUnwritten)) << size;
+    const auto middle = static_cast<std::size_t>(size / 2 * (size + 2) + size / 2);
+    EXPECT_EQ(painted.bytes[middle] == source.at(size / 2, size / 2, 0), copies) << size;
   }
 }
 

@@ -13,8 +13,8 @@ namespace {
 using testing::ElementsAre;
 
 TEST(RowSink, FollowsTheWalk) {
-  // Two rows of three into a 4 x 4 destination, a quarter turn: down from the third column, the next row one
-  // left.
+  // Two rows of three into a 4 x 4 destination, a quarter turn: down from the third
+  // column, the next row one left.
   std::vector<CPixelM08> destination(16, CPixelM08{0});
   const auto sink = MakeRowSink<CPixelM08>(
       destination.data(), {/*start=*/2, /*stepX=*/4, /*rowAdvance=*/-1, /*columns=*/3}, nullptr);
@@ -23,6 +23,7 @@ TEST(RowSink, FollowsTheWalk) {
   sink->Store(0, first);
   sink->Store(1, second);
   std::vector<int> values;
+  values.reserve(destination.size());
   for (const CPixelM08 pixel : destination) values.push_back(pixel.value);
   EXPECT_THAT(values, ElementsAre(0, 4, 1, 0,  //
                                   0, 5, 2, 0,  //
@@ -55,6 +56,7 @@ TEST(RowSink, StoresSourcePixelsAtOddPlaces) {
   const CPixelM16 values[] = {{0x0101}, {0x0202}};
   MakeRowSink<CPixelM16>(destination.data(), {1, 1, 2, 2}, nullptr)->Store(0, values);
   std::vector<int> bytes;
+  bytes.reserve(destination.size());
   for (const CPixelM08 pixel : destination) bytes.push_back(pixel.value);
   EXPECT_THAT(bytes, ElementsAre(0, 1, 1, 2, 2, 0, 0));
 }
