@@ -45,7 +45,7 @@ bool FileBlob::parseBlob() {
 }
 
 bool FileBlob::open() {
-  if (!m_file) m_file.reset(std::fopen(m_path.c_str(), "rb"));
+  if (!m_file) m_file = openRegularFile(m_path.c_str(), "rb");
   return m_file != nullptr;
 }
 
@@ -107,8 +107,8 @@ FileBlob::Scan FileBlob::readChunk(BlobRecordReader& records) {
   const auto name = records.readName(*nameLength);
   if (!name) return Scan::ends;
   if (name->starts_with(DELPREFIX)) {
-    delBlobEntry(
-        name->substr(DELPREFIX.size()));  // Quirk deletion-before-check: also when this chunk proves bad
+    // Quirk deletion-before-check: also when this chunk proves bad.
+    delBlobEntry(name->substr(DELPREFIX.size()));
     m_modified = true;
   }
   const auto size = records.readI32();

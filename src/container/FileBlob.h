@@ -4,8 +4,9 @@
 //   header  "ERBL", u32 version 1, 116 reserved bytes, i32 number of table entries
 //   table   per entry: u16 nameLength (at most 255), name, i32 size, i64 offset from the data base
 //   data    the data base is the first byte behind the table; the data end is behind the entry that reaches
-//   furthest chunks  from the data end to the end of the file, each: u16 nameLength (at most 263), name, i32
-//   size, payload
+//           furthest
+//   chunks  from the data end to the end of the file, each:
+//           u16 nameLength (at most 263), name, i32 size, payload
 // A later entry supersedes an earlier one of the same name. A chunk named "ERDELETE" + name removes that
 // name.
 #pragma once
@@ -34,10 +35,11 @@ class FileBlob {
   FileBlob& operator=(const FileBlob&) = delete;
   virtual ~FileBlob();
 
-  /// Reads the whole structure, no payloads, and keeps the file open. False when the file cannot be opened or
-  /// measured (see `measureFile`: at most 2^31 - 1 bytes), when the header or a table entry is bad, or when
-  /// an entry reaches beyond the end of the file; the file is then closed and what was read of it cannot be.
-  /// A bad chunk only ends the scan. Bad lengths and sizes are reported on stderr. Meant to be called once.
+  /// Reads the whole structure, no payloads, and keeps the file open. False when the file is no regular file,
+  /// or cannot be opened or measured (see `measureFile`: at most 2^31 - 1 bytes), when the header or a table
+  /// entry is bad, or when an entry reaches beyond the end of the file; the file is then closed and what was
+  /// read of it cannot be. A bad chunk only ends the scan. Bad lengths and sizes are reported on stderr.
+  /// Meant to be called once.
   bool parseBlob();
 
   /// The entry of that name, or null. Parses first when the file is not open; null when that fails.

@@ -13,6 +13,7 @@ struct BlobEntry {
   std::string prefix;   ///< in front of the first '#' of the stored name; empty without one
   std::int64_t offset;  ///< where the payload starts, in bytes from the container's data base
   std::int32_t size;    ///< bytes of payload
-  std::int32_t
-      nameLength;  ///< the stored length of the stored name, which counts what follows a zero byte in it
+
+  /// The stored length of the stored name, which counts what follows a zero byte in it.
+  std::int32_t nameLength;
 };

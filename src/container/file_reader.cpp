@@ -1,8 +1,7 @@
 #include "container/file_reader.h"
 
 FileReader::FileReader(const char* path) {
-  if (path == nullptr) return;
-  File opened(std::fopen(path, "r"));
+  File opened = openRegularFile(path, "r");
   if (!opened) return;
   length = static_cast<int>(measureFile(opened.get()));
   if (length >= 0) file = std::move(opened);

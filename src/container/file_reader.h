@@ -6,8 +6,9 @@
 /// Reads a plain file. Not copyable; owns the file and closes it.
 class FileReader final : public SerialReader {
  public:
-  /// Opens and measures `path`. A null path, one that cannot be opened, a directory, a pipe, and a file of
-  /// more than 2^31 - 1 bytes leave the reader closed with a length of -1.
+  /// Opens and measures `path`. A null path, one that cannot be opened, whatever is no regular file (a
+  /// directory, a pipe, which is not waited for, a device), and a file of more than 2^31 - 1 bytes leave the
+  /// reader closed with a length of -1.
   explicit FileReader(const char* path);
 
   /// The file's size when it was opened; -1 when the reader is closed.

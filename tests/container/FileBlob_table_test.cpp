@@ -1,5 +1,6 @@
 // The header and the table of a container.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
@@ -41,6 +42,13 @@ TEST_F(BlobTable, MayBeEmpty) {
 TEST_F(BlobTable, IsEmptyWithANegativeCount) {
   EXPECT_TRUE(parses(BlobBuilder().entryCount(INT_MIN).build()));
   EXPECT_TRUE(blob->entries().empty());
+}
+
+TEST_F(BlobTable, IsNotAwaitedFromAPipeThatNobodyWritesTo) {
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  FileBlob pipe(folder.path("pipe"));
+  EXPECT_FALSE(pipe.parseBlob());
+  EXPECT_EQ(pipe.getFileSize(), -1);
 }
 
 TEST_F(BlobTable, PointsIntoTheData) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -93,6 +94,14 @@ TEST(FileReader, IsClosedOnAFolder) {
   const TempFolder folder;
   expectClosed(folder.path("").c_str());
 }
+
+TEST(FileReader, IsClosedOnAPipeThatNobodyWritesTo) {
+  const TempFolder folder;
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  expectClosed(folder.path("pipe").c_str());
+}
+
+TEST(FileReader, IsClosedOnADevice) { expectClosed("/dev/zero"); }
 
 TEST(FileReader, IsClosedOnMoreBytesThanItsLengthCanCount) {
   const TempFolder folder;

@@ -6,6 +6,7 @@
 #include <spawn.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -21,30 +22,51 @@ struct ErblbRun {
   std::string err;
 };
 
+/// A run that goes on meanwhile.
+struct StartedErblb {
+  pid_t child = -1;
+  std::string number;  ///< of the run, in the names of the files that take what it prints
+};
+
 class ErblbTest : public testing::Test {
  protected:
-  ErblbRun run(std::vector<std::string> words) const {
+  ErblbRun run(const std::vector<std::string>& words) const { return finish(start(words)); }
+
+  StartedErblb start(std::vector<std::string> words) const {
     words.insert(words.begin(), ERBLB_PROGRAM);
     std::vector<char*> argv;
     argv.reserve(words.size() + 1);
     for (std::string& word : words) argv.push_back(word.data());
     argv.push_back(nullptr);
 
+    StartedErblb run{-1, std::to_string(runs++)};
     const int flags = O_WRONLY | O_CREAT | O_TRUNC;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, printed.path("out").c_str(), flags, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, printed.path("err").c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, 1, printed.path("out" + run.number).c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, printed.path("err" + run.number).c_str(), flags, 0600);
     posix_spawn_file_actions_addchdir_np(&actions, folder.path("").c_str());
-    pid_t child = 0;
-    const int failed = posix_spawn(&child, ERBLB_PROGRAM, &actions, nullptr, argv.data(), environ);
+    // Whoever runs the tests in the background may ignore these, and programs inherit that.
+    sigset_t heard;
+    sigemptyset(&heard);
+    for (const int number : {SIGHUP, SIGINT, SIGTERM}) sigaddset(&heard, number);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setsigdefault(&attributes, &heard);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    EXPECT_EQ(posix_spawn(&run.child, ERBLB_PROGRAM, &actions, &attributes, argv.data(), environ), 0);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
+    return run;
+  }
+
+  ErblbRun finish(const StartedErblb& run) const {
     ErblbRun result;
     int status = 0;
-    if (failed == 0 && waitpid(child, &status, 0) == child && WIFEXITED(status))
+    if (run.child > 0 && waitpid(run.child, &status, 0) == run.child && WIFEXITED(status))
       result.status = WEXITSTATUS(status);
-    result.out = text(printed, "out");
-    result.err = text(printed, "err");
+    result.out = text(printed, "out" + run.number);
+    result.err = text(printed, "err" + run.number);
     return result;
   }
 
@@ -82,6 +104,7 @@ class ErblbTest : public testing::Test {
 
  private:
   TempFolder printed;
+  mutable int runs = 0;
 };
 
 }  // namespace ei4::test

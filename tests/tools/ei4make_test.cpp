@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -161,6 +162,38 @@ TEST_F(Ei4Make, FailsWithOneWhenTheLevelsDoNotFit) {
   write("in.pgm", "P5 2 1 255\nab");
   EXPECT_EQ(run({"--levels", "8", path("in.pgm"), path("out.ei4")}), 1);
   EXPECT_THAT(err(), HasSubstr("use fewer levels"));
+}
+
+TEST_F(Ei4Make, NeverWritesOverItsInput) {
+  const std::string picture = "P5 1 1 255\nx";
+  write("in.pgm", picture);
+  fs::create_hard_link(path("in.pgm"), path("twin.pgm"));
+  fs::create_symlink(path("in.pgm"), path("link.pgm"));
+  for (const char* output : {"in.pgm", "twin.pgm", "link.pgm"}) {
+    EXPECT_EQ(run({path("in.pgm"), path(output)}), 1);
+    EXPECT_THAT(err(), HasSubstr(std::string(output) + ": input and output are the same file"));
+  }
+  EXPECT_EQ(read("in.pgm"), Bytes(picture.begin(), picture.end()));
+}
+
+TEST_F(Ei4Make, RefusesAnInfiniteWindowOrLevel) {
+  write("in.pgm", "P5 1 1 255\nx");
+  EXPECT_EQ(run({"--slope", "3e38", path("in.pgm"), path("out.ei4")}), 1);
+  EXPECT_THAT(err(), HasSubstr("infinite"));
+  EXPECT_EQ(run({"--slope", "3e38", "--window", "1", path("in.pgm"), path("out.ei4")}), 1);
+  EXPECT_EQ(run({"--slope", "3e38", "--level", "1", path("in.pgm"), path("out.ei4")}), 1);
+  EXPECT_FALSE(fs::exists(path("out.ei4")));
+  EXPECT_EQ(run({"--slope", "3e38", "--window", "1", "--level", "2", path("in.pgm"), path("out.ei4")}), 0);
+  EXPECT_EQ(floatAt(read("out.ei4"), 12), 3e38F);
+}
+
+TEST_F(Ei4Make, FailsWithOneWhenItsAnswerIsLost) {
+  for (const std::string_view option : {"--help", "--version"}) {
+    std::ofstream full("/dev/full");
+    std::ostringstream complaint;
+    EXPECT_EQ(ei4::tools::runEi4make(std::span(&option, 1), full, complaint), 1);
+    EXPECT_EQ(complaint.str(), "ei4make: the answer cannot be written\n");
+  }
 }
 
 TEST_F(Ei4Make, AnswersWrongUsageWithTwo) {

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "support/blob_erblb_run.h"
 
@@ -12,6 +13,7 @@ namespace fs = std::filesystem;
 using ei4::test::BlobBuilder;
 using ei4::test::ErblbTest;
 using ei4::test::ramp;
+using ei4::test::StartedErblb;
 using ei4::test::TempFolder;
 
 class ErblbExtract : public ErblbTest {
@@ -44,7 +46,11 @@ TEST_F(ErblbExtract, WritesNamedEntriesToANamedFolder) {
   EXPECT_EQ(folder.read("out/a"), ramp(3));
   EXPECT_EQ(folder.read("out/-c"), ramp(5));
   EXPECT_EQ(filesWritten(), 2U);
+  runQuietly({"extract", "x", "--directory=out", "b"});
+  EXPECT_EQ(folder.read("out/b"), ramp(4));
+  EXPECT_EQ(run({"list", "x", "--directory=out"}).status, 2);
   runFailing({"extract", "x", "-C", "missing"}, "missing: ");
+  runFailing({"extract", "x", "--directory=missing"}, "missing: ");
 }
 
 TEST_F(ErblbExtract, MakesFoldersThatNamesAskFor) {
@@ -111,6 +117,37 @@ TEST_F(ErblbExtract, ShowsNamesWithoutTerminalCodes) {
   const auto done = run({"extract", "x"});
   EXPECT_EQ(done.status, 1);
   EXPECT_NE(done.err.find("../\\x1b[2J: "), std::string::npos) << done.err;
+}
+
+TEST_F(ErblbExtract, ShowsLettersOfAnyScriptButNoControlCharacterOrBrokenOne) {
+  const std::vector<std::pair<std::string, std::string>> names = {
+      {"\u00c0\u00df\u4e2d\U0001f480", "\u00c0\u00df\u4e2d\U0001f480"},  // have bytes 0x80..0x9f in them
+      {"a\u009b2J", "a\\xc2\\x9b2J"},                                    // C1 controls ...
+      {"\u0080\u009f\u00a0", "\\xc2\\x80\\xc2\\x9f\u00a0"},
+      {"b\x9b", "b\\x9b"},  // ... and how an 8-bit terminal takes them
+      {"c\xc3", "c\\xc3"},
+      {"d\xe4x", "d\\xe4x"},
+      {"\xe0\x82\x9b", "\\xe0\\x82\\x9b"},           // U+009B in more bytes than it needs
+      {"\xed\xa0\x80", "\\xed\\xa0\\x80"},           // half a pair
+      {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},  // behind the last character
+  };
+  BlobBuilder builder;
+  for (const auto& [name, shown] : names) builder.chunk(name);
+  container(builder);
+  const std::string list = run({"list", "x"}).out;
+  for (const auto& [name, shown] : names)
+    EXPECT_NE(list.find("  " + shown + "\n"), std::string::npos) << list;
+}
+
+TEST_F(ErblbExtract, IsNotMisledByTemporaryFilesOfRunsThatWereKilled) {
+  container(BlobBuilder().chunk("a", ramp(3)));
+  const StartedErblb waiting = start({"extract", "x", "-C", "out"});  // tells which numbers processes get now
+  finish(waiting);
+  for (pid_t next = waiting.child + 1; next <= waiting.child + 50; ++next)
+    folder.write(".erblb-" + std::to_string(next) + "-0.tmp", ramp(1));
+  runQuietly({"extract", "x"});
+  EXPECT_EQ(folder.read("a"), ramp(3));
+  EXPECT_EQ(filesWritten(), 51U);
 }
 
 }  // namespace

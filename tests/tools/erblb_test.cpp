@@ -1,5 +1,7 @@
 // erblb run as a program: its manners, list, and the commands that write containers.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -64,8 +66,8 @@ TEST_F(ErblbTest, ListsEffectiveEntries) {
                         .chunk("b\n", ramp(4))
                         .chunk("ERDELETEgone")
                         .build());
-  // Table: 128 + (2 + 3 + 12) + (2 + 4 + 12) = 163; the chunk's payload stands behind 5 bytes and a head
-  // of 8.
+  // Table: 128 + (2 + 3 + 12) + (2 + 4 + 12) = 163; the chunk's payload stands behind 5 bytes and a head of
+  // 8.
   const auto list = run({"list", "x"});
   EXPECT_EQ(list.status, 0);
   EXPECT_EQ(list.err, "");
@@ -162,6 +164,29 @@ TEST_F(ErblbTest, ChangesNothingWhenItCannotAppend) {
   folder.write("y", past);
   runFailing({"append", "y", "a"}, "its end is damaged");
   EXPECT_EQ(folder.read("y"), past);
+}
+
+TEST_F(ErblbTest, AppendsToRegularFilesOnlyAndDoesNotWaitForAPipe) {
+  folder.write("a", ramp(5));
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  runFailing({"append", "pipe", "a"}, "pipe: is no regular file");
+  runFailing({"list", "pipe"}, "pipe: cannot be read as a blob container");
+}
+
+TEST_F(ErblbTest, TakesBackWhatDoesNotFitTheLimitOnFileSizes) {
+  folder.write("a", ramp(300000));
+  runQuietly({"build", "x"});
+  const auto before = folder.read("x");
+  rlimit whole{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &whole), 0);
+  rlimit small = whole;
+  small.rlim_cur = 200000;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  runFailing({"append", "x", "a"}, "x: File too large");
+  runFailing({"build", "y", "a"}, "y: File too large");
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &whole), 0);
+  EXPECT_EQ(folder.read("x"), before);
+  EXPECT_FALSE(folder.has("y"));
 }
 
 TEST_F(ErblbTest, DeletesEntries) {

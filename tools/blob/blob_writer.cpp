@@ -7,8 +7,8 @@ namespace ei4::tools {
 
 namespace {
 
-constexpr std::size_t kLongestHead =
-    32 + kLongestBlobName;  // bytes of a record in front of its payload, at most
+// Bytes of a record in front of its payload, at most.
+constexpr std::size_t kLongestHead = 32 + kLongestBlobName;
 
 void append(Bytes& out, std::span<const unsigned char> more) {
   out.insert(out.end(), more.begin(), more.end());

@@ -1,15 +1,16 @@
 #include "ei4make/make.h"
 
 #include <algorithm>
-#include <cerrno>
+#include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "ei4make/output_file.h"
 #include "ei4make/picture.h"
 #include "ei4make/request.h"
 #include "encoder/gw_encoder.h"
@@ -22,16 +23,6 @@ enum ExitStatus { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
 constexpr int kMostSkippedLevels = 4;
 
-struct CloseFile {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-class FileError : public std::runtime_error {
- public:
-  explicit FileError(const std::string& path) : std::runtime_error(path + ": " + std::strerror(errno)) {}
-};
-
 std::vector<unsigned char> readFile(const std::string& path) {
   const File file(std::fopen(path.c_str(), "rb"));
   if (!file) throw FileError(path);
@@ -42,13 +33,6 @@ std::vector<unsigned char> readFile(const std::string& path) {
   }
   if (std::ferror(file.get()) != 0) throw FileError(path);
   return bytes;
-}
-
-void writeFile(const std::string& path, const std::vector<unsigned char>& bytes) {
-  File file(std::fopen(path.c_str(), "wb"));
-  if (!file) throw FileError(path);
-  const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-  if (!isWritten || std::fclose(file.release()) != 0) throw FileError(path);
 }
 
 Picture readPicture(const MakeRequest& request) {
@@ -72,6 +56,10 @@ Ei4Preamble preambleOf(const MakeRequest& request, int bits) {
   showFullRange(preamble, bits);
   preamble.window = request.window.value_or(preamble.window);
   preamble.level = request.level.value_or(preamble.level);
+  if (!std::isfinite(preamble.window) || !std::isfinite(preamble.level)) {
+    throw std::range_error(
+        "this slope and intercept make the window or level infinite: state --window and --level");
+  }
   return preamble;
 }
 
@@ -86,7 +74,9 @@ void noteSurprises(const MakeRequest& request, const Picture& picture, int level
 }
 
 void make(const MakeRequest& request, std::ostream& err) {
+  refuseSameFile(request.input, request.output);
   const Picture picture = readPicture(request);
+  const Ei4Preamble preamble = preambleOf(request, picture.bitsPerPixel);
   EncodeOptions options;
   options.magic = request.magic;
   options.bytesPerPixel = picture.bytesPerPixel;
@@ -95,8 +85,8 @@ void make(const MakeRequest& request, std::ostream& err) {
   options.lowestBit = request.lowestBit;
   std::vector<unsigned char> bytes = encode(picture.pixels, picture.width, picture.height, options);
   noteSurprises(request, picture, levelsOf(bytes), err);
-  if (!request.bareStream) bytes = writeEi4(preambleOf(request, picture.bitsPerPixel), bytes);
-  writeFile(request.output, bytes);
+  if (!request.bareStream) bytes = writeEi4(preamble, bytes);
+  writeOutput(request.output, bytes);
 }
 
 }  // namespace
@@ -111,7 +101,8 @@ int runEi4make(std::span<const std::string_view> words, std::ostream& out, std::
     } else {
       make(request, err);
     }
-    return kDone;
+    if (out.flush()) return kDone;
+    err << "ei4make: the answer cannot be written\n";
   } catch (const UsageError& error) {
     err << "ei4make: " << error.what() << "\nTry 'ei4make --help'.\n";
     return kWrongUsage;

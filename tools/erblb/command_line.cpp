@@ -20,6 +20,8 @@ constexpr std::array kCommands = {
     CommandName{"delete", Command::remove, true},
 };
 
+constexpr std::string_view kDirectoryIs = "--directory=";
+
 const CommandName& commandNamed(std::string_view name) {
   const auto* const found = std::find_if(kCommands.begin(), kCommands.end(),
                                          [name](const CommandName& c) { return c.name == name; });
@@ -54,6 +56,9 @@ Request parseCommandLine(std::span<const std::string_view> words) {
     } else if (word == "-a" || word == "--all") {
       request.all = true;
       used.push_back(word);
+    } else if (word.starts_with(kDirectoryIs)) {
+      request.folder = word.substr(kDirectoryIs.size());
+      used.push_back("--directory");
     } else if (word == "-C" || word == "--directory") {
       if (++i == words.size()) throw UsageError("the option '" + std::string(word) + "' needs a folder");
       request.folder = words[i];
@@ -106,9 +111,9 @@ Options:
 
 extract writes nothing outside DIR: names such as "../x" and "/x" and ways through symbolic links are refused.
 build puts the finished file in place in one step. append and delete work in place and undo what they wrote when
-they cannot finish.
+they cannot finish or are interrupted; each waits for others that work on the same container.
 
-Exit status: 0 done, 1 failed in whole or in part, 2 wrong usage.
+Exit status: 0 done, 1 failed in whole or in part, 2 wrong usage, 128 + N interrupted by signal N.
 )";
 }
 

@@ -7,7 +7,8 @@
 
 namespace ei4::erblb {
 
-/// The name as it can be shown on a terminal: control characters and backslashes become \xNN.
+/// The name as it can be shown on a terminal: each byte of control characters, backslashes and what is no
+/// UTF-8 becomes \xNN.
 std::string shown(std::string_view name);
 
 /// The folders and, last, the file of an entry name that stays below the target folder. Nothing for a name

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "erblb/commands.h"
+#include "erblb/interrupt.h"
 
 namespace {
 
@@ -52,6 +53,9 @@ int main(int argc, char* argv[]) {
   } catch (const ei4::erblb::UsageError& error) {
     std::fprintf(stderr, "erblb: %s\nTry 'erblb --help'.\n", error.what());
     return 2;
+  } catch (const ei4::erblb::Interrupted& interruption) {
+    std::fprintf(stderr, "erblb: %s\n", interruption.what());
+    return 128 + interruption.signal;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "erblb: %s\n", error.what());
     return 1;

@@ -10,6 +10,7 @@
 #include "blob/blob_format.h"
 #include "erblb/command_line.h"
 #include "erblb/entry_name.h"
+#include "erblb/interrupt.h"
 
 namespace ei4::erblb {
 
@@ -33,11 +34,12 @@ InputFile::InputFile(const std::string& word) {
 std::string InputFile::entryName() const { return m_storedName.substr(m_storedName.find('#') + 1); }
 
 void InputFile::copyTo(const std::function<void(std::span<const unsigned char>)>& sink) const {
-  const File file(std::fopen(m_path.c_str(), "rb"));
+  const File file = openRegularFile(m_path.c_str(), "rb");
   if (!file) throw JobError(shown(m_path) + ": " + std::generic_category().message(errno));
   std::array<unsigned char, 65536> block;
   for (std::size_t left = static_cast<std::size_t>(m_size); left > 0;) {
     const std::size_t read = std::fread(block.data(), 1, std::min(left, block.size()), file.get());
+    throwIfInterrupted();
     if (read == 0) throw JobError(shown(m_path) + ": cannot be read to its end");
     sink(std::span(block).first(read));
     left -= read;

@@ -9,7 +9,7 @@
 
 namespace ei4::erblb {
 
-/// A file to pack, and the stored name that it gets. Failures throw JobError.
+/// A file to pack, and the stored name that it gets. Failures throw JobError, signals Interrupted.
 class InputFile {
  public:
   /// From a [NAME=]PATH word. Refuses what is no regular file, a file too large for a container, and names

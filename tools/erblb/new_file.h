@@ -28,11 +28,11 @@ class Descriptor {
 Descriptor openFolder(int parent, const std::string& path, bool followLink);
 
 /// A file that appears under its name in one step, complete: it is written under another name beside it, and
-/// that file goes away again unless `commit` is reached. Failures throw JobError.
+/// that file goes away again unless `commit` is reached. Failures throw JobError, signals Interrupted.
 class NewFile {
  public:
-  /// Refuses a name that is taken, also by a symbolic link to nowhere, unless `replace`. `folder` must stay
-  /// open.
+  /// Refuses a name that is taken, also by a symbolic link to nowhere, unless `replace`; `commit` does so
+  /// again. `folder` must stay open.
   NewFile(int folder, std::string name, bool replace);
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
@@ -45,6 +45,7 @@ class NewFile {
   int m_folder;
   std::string m_name;
   std::string m_temporary;
+  bool m_replace;
   File m_file;
 };
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "erblb/commands.h"
+#include "erblb/interrupt.h"
 #include "erblb/new_file.h"
 #include "erblb/opened_container.h"
 
@@ -63,6 +64,7 @@ void listEntries(const Request& request) {
 }
 
 void extractEntries(const Request& request) {
+  const InterruptGuard guard;
   OpenedContainer container(request.container);
   const Descriptor top = openFolder(AT_FDCWD, request.folder, true);
   std::size_t refused = 0;

@@ -1,17 +1,14 @@
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <functional>
 #include <set>
-#include <system_error>
 
 #include "erblb/commands.h"
 #include "erblb/input_file.h"
+#include "erblb/interrupt.h"
 #include "erblb/new_file.h"
 #include "erblb/opened_container.h"
+#include "erblb/tail.h"
 
 namespace ei4::erblb {
 
@@ -31,45 +28,6 @@ std::vector<InputFile> inputsOf(const Request& request) {
   return inputs;
 }
 
-// The end of a container's file, opened for writing. What was written is undone unless `keep` is reached.
-class Tail {
- public:
-  explicit Tail(const std::string& path) : m_path(path), m_file(std::fopen(path.c_str(), "r+b")) {
-    if (!m_file) fail();
-    m_before = measureFile(m_file.get());
-    if (m_before < 0 || std::fseek(m_file.get(), 0, SEEK_END) != 0) fail();
-  }
-  Tail(const Tail&) = delete;
-  Tail& operator=(const Tail&) = delete;
-  ~Tail() {
-    if (m_kept) return;
-    std::fflush(m_file.get());
-    if (ftruncate(fileno(m_file.get()), m_before) != 0) {
-      std::fprintf(stderr, "erblb: %s: what was appended could not be taken back\n", shown(m_path).c_str());
-    }
-  }
-
-  std::int64_t before() const { return m_before; }  // bytes of the file without what is appended
-
-  void write(std::span<const unsigned char> bytes) {
-    if (std::fwrite(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size()) fail();
-  }
-  void flush() {
-    if (std::fflush(m_file.get()) != 0) fail();
-  }
-  void keep() { m_kept = true; }
-
- private:
-  [[noreturn]] void fail() const {
-    throw JobError(shown(m_path) + ": " + std::generic_category().message(errno));
-  }
-
-  std::string m_path;
-  File m_file;
-  std::int64_t m_before = 0;
-  bool m_kept = false;
-};
-
 // Chunks behind damaged ones, or behind a data end that lies past the file, are never reached by a reader.
 [[noreturn]] void refuseUnreachable(const std::string& path) {
   throw JobError(shown(path) +
@@ -79,6 +37,7 @@ class Tail {
 }  // namespace
 
 void buildContainer(const Request& request) {
+  const InterruptGuard guard;
   const std::vector<InputFile> inputs = inputsOf(request);
   std::vector<tools::TableEntry> table;
   std::int64_t offset = 0;
@@ -105,9 +64,10 @@ void buildContainer(const Request& request) {
 }
 
 void appendFiles(const Request& request) {
+  const InterruptGuard guard;
   const std::vector<InputFile> inputs = inputsOf(request);
-  { const OpenedContainer parses(request.container); }
   Tail tail(request.container);
+  { const OpenedContainer parses(request.container); }
   std::int64_t end = tail.before();
   std::vector<std::int64_t> payloadAt;
   for (const InputFile& input : inputs) {
@@ -119,7 +79,6 @@ void appendFiles(const Request& request) {
     tail.write(head);
     input.copyTo([&tail](std::span<const unsigned char> piece) { tail.write(piece); });
   }
-  tail.flush();
 
   FileBlob written(request.container);
   if (!written.parseBlob()) refuseUnreachable(request.container);
@@ -133,6 +92,8 @@ void appendFiles(const Request& request) {
 }
 
 void deleteEntries(const Request& request) {
+  const InterruptGuard guard;
+  Tail tail(request.container);
   OpenedContainer container(request.container);
   for (const std::string& name : request.words) {
     const BlobEntry* entry = container.findBlobEntry(name);
@@ -143,7 +104,6 @@ void deleteEntries(const Request& request) {
     if (name.find('#') != std::string::npos)
       throw JobError(shown(name) + ": a name with '#' cannot be deleted");
   }
-  Tail tail(request.container);
   std::int64_t end = tail.before();
   for (const std::string& name : request.words) {
     const Bytes mark = tools::encodeDeletion(name);
@@ -152,7 +112,6 @@ void deleteEntries(const Request& request) {
       throw JobError(shown(request.container) + ": would get larger than 2 GiB");
     tail.write(mark);
   }
-  tail.flush();
 
   FileBlob written(request.container);
   const bool gone =

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "blob/blob_writer.h"
@@ -18,6 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 using namespace ei4::samples;
 using File = std::vector<unsigned char>;
+
+constexpr const char* kUsage =
+    "Usage: make_samples FOLDER\nWrites the sample pictures and the container pair into FOLDER.\n";
 
 // A preamble and what a converter reads for a thumbnail of at most 128 pixels: twice the least read budget.
 constexpr std::size_t kInitialPart = ei4::tools::kShortestPreamble + 2 * 8192;
@@ -67,13 +71,19 @@ void writeSamples(const fs::path& folder) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  if (argc != 2 || argv[1][0] == '-') {
-    std::fputs("Usage: make_samples FOLDER\nWrites the sample pictures and the container pair into FOLDER.\n",
-               stderr);
+  const std::string_view word = argc == 2 ? argv[1] : "";
+  const bool wantsHelp = word == "--help" || word == "-h";
+  if (!wantsHelp && (word.empty() || word[0] == '-')) {
+    std::fputs(kUsage, stderr);
     return 2;
   }
   try {
-    writeSamples(argv[1]);
+    if (wantsHelp) {
+      std::fputs(kUsage, stdout);
+    } else {
+      writeSamples(word);
+    }
+    if (std::fflush(stdout) != 0) throw std::runtime_error("standard output cannot be written");
   } catch (const std::exception& error) {
     std::fprintf(stderr, "make_samples: %s\n", error.what());
     return 1;
