@@ -18,6 +18,7 @@ double milliseconds(const timeval& time) {
 
 [[noreturn]] void becomeProgram(const std::vector<std::string>& words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   const int nowhere = open("/dev/null", O_WRONLY);

@@ -109,8 +109,8 @@ TEST_P(EveryFormat, WritesNothingBehindThePicture) {
   const Bytes stream = tools::encode(pixels, 45, 38, format(bytesPerPixel, bits));
   for (const int factor : {0, 1, 2}) {
     const auto decompressor = open(stream, factor);
-    const auto size =
-        static_cast<std::size_t>(decompressor->getXSize() * decompressor->getYSize() * bytesPerPixel);
+    const int bytes = decompressor->getXSize() * decompressor->getYSize() * bytesPerPixel;
+    const auto size = static_cast<std::size_t>(bytes);
     Bytes out(size + 100, kUntouched);
     decompressor->decompress(out.data(), out.size(), 0);
     EXPECT_THAT(Bytes(out.begin() + static_cast<std::ptrdiff_t>(size), out.end()), Each(kUntouched))

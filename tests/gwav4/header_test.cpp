@@ -67,7 +67,7 @@ TEST(ParseHeader, TellsTheVersionsApart) {
   EXPECT_EQ(version("GW41"), Version::gw41);
   EXPECT_EQ(version("GW42"), Version::unknown);
   EXPECT_EQ(version("gw41"), Version::unknown);
-  EXPECT_EQ(version("GW4\0"), Version::unknown);
+  EXPECT_EQ(version("GW4"), Version::unknown);
   EXPECT_EQ(version("XW41"), Version::unknown);
 }
 

@@ -11,8 +11,6 @@
 
 namespace {
 
-using testing::Each;
-
 /// The outputs of one preparation over a destination of its own.
 template <class Pixel>
 struct Prepared : PaintGeometry {
