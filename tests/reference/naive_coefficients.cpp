@@ -1,6 +1,7 @@
 #include "reference/naive_coefficients.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace ei4::test {
 namespace {
@@ -42,6 +43,7 @@ int orderOfRow(std::int64_t fullRow, int levels) {
 
 bool scanPlane(NaiveDirectory& directory, int index, int skipLevels, std::int64_t lastRow,
                NaivePlane& plane) {
+  assert(skipLevels >= 0);
   auto& orders = directory.orders[static_cast<std::size_t>(index)];
   for (int y = 0; y < plane.height; ++y) {
     const int rowOrder = orderOfRow(y * (std::int64_t{1} << skipLevels), directory.levels);
