@@ -29,7 +29,7 @@ class BitPlaneRow {
   /// positions: bit positions of the decoder, at most 32.
   BitPlaneRow(int longest, int positions);
 
-  /// Reads `count` coefficients and stores them, most significant unread half added, at out[0], out[step],
+  /// Reads `count` coefficients and stores them, mid-points of what was not read added, at out[0], out[step],
   /// ... Coefficients that stay 0 are not written: the row must hold zeros.
   template <class T>
   void decode(const OrderStreams& streams, int count, T* out, int step);

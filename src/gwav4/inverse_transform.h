@@ -31,8 +31,7 @@ int levelsToInvert(int levels, int width, int height);
 
 /// Inverts `levels` levels, coarsest first, each vertically and then horizontally.
 /// sink  null: the plane holds the samples afterwards. Else each finished row is put there and the plane's
-/// contents
-///       are unspecified; with no level to invert the rows are put as they are.
+///       contents are unspecified; with no level to invert the rows are put as they are.
 template <class T>
 void invertPlane(const PlaneView<T>& plane, int levels, RowSink<T>* sink);
 
