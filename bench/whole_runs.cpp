@@ -11,12 +11,15 @@
 #include "child_run.h"
 #include "gwav4/header.h"
 #include "input_files.h"
+#include "report_text.h"
 
 namespace {
 
 using ei4::bench::medianRun;
 using ei4::bench::RunCost;
 using Words = std::vector<std::string>;
+
+constexpr int kAnnotations = 20;  // of the reports
 
 /// A folder for outputs that goes away at the end.
 class ScratchFolder {
@@ -70,6 +73,11 @@ void measureImage(const std::string& converter, const std::filesystem::path& pat
   job("thumbnail 128", {"-geom", "128x128", "-out", scratch.file("t.jpg"), "-jpgquality", "90"});
   job("full-size jpeg", {"-out", scratch.file("f.jpg"), "-jpgquality", "90"});
   job("full-size raw", {"-out", scratch.file("f.raw")});
+  job("jpeg in 1024", {"-geom", "1024x1024", "-out", scratch.file("g.jpg"), "-jpgquality", "90"});
+  const std::string report = scratch.file("report.txt");
+  std::ofstream(report) << ei4::bench::reportText(header.xSize, header.ySize, kAnnotations);
+  job("report in 1024",
+      {"-ima", report, "-geom", "1024x1024", "-out", scratch.file("r.jpg"), "-jpgquality", "90"});
 }
 
 void measureFolder(const std::string& converter, const std::string& folder, int runs) {

@@ -20,7 +20,7 @@ convert_shown() {
   printf '    %s\n' "$size"
 }
 
-for image in ct_512 radiograph mr ultrasound grey8; do
+for image in ct_512 radiograph mr ultrasound grey8 spine fetus; do
   printf '%s\n' "$image"
   convert_shown -in "$samples/$image.ei4" -geom 128x128 -out "$out/${image}_thumbnail.jpg" -jpgquality 90
   convert_shown -in "$samples/$image.ei4" -geom 512x512 -out "$out/${image}_screen.jpg" -jpgquality 90
@@ -36,6 +36,26 @@ convert_shown -in "$samples/ct_512.ei4" -out "$out/ct_512.raw"
 convert_shown -in "$out/ct_512.raw" -size 512x512 -incolor M16 -outcolor M08 -window 65536 -level 32768 -slope 1 \
   -intercept 0 -out "$out/ct_512_from_raw.jpg" -jpgquality 90
 
-montage -background '#202020' -fill white -label '%t  %wx%h' "$out"/*.jpg -depth 8 -tile 5x -geometry '256x256+6+6' \
-  "$out/index.png" || { printf 'demo: the contact sheet could not be made\n' >&2; exit 1; }
+# A report picture prints nothing and exits with 0 even when there is none, so the picture itself is asked.
+report_shown() {
+  picture=$1
+  shift
+  printf '  $ ei4convert %s -out %s\n' "$*" "$picture"
+  "$converter" "$@" -out "$picture" || { printf 'demo: ei4convert %s failed\n' "$*" >&2; exit 1; }
+  size=$(identify -format '%w %h' "$picture") || { printf 'demo: no picture from ei4convert %s\n' "$*" >&2; exit 1; }
+  printf '    %s\n' "$size"
+}
+printf 'reports: measurements and orientation letters drawn over the image\n'
+for report in "$samples"/reports/*.txt; do
+  name=$(basename "$report" .txt)
+  report_shown "$out/${name}_report.png" -in "$samples/${name%_zoom}.ei4" -ima "$report"
+done
+printf 'the same as JPEG, refitted to a box, and from an entry of a container\n'
+report_shown "$out/spine_report_box.jpg" -in "$samples/spine.ei4" -ima "$samples/reports/spine.txt" -geom 400x800 \
+  -jpgquality 90
+report_shown "$out/blob_entry_report.jpg" -blob -in "$samples/archive/mr.ei4" -ima "$samples/reports/mr.txt" \
+  -jpgquality 90
+
+montage -background '#202020' -fill white -label '%t  %wx%h' "$out"/*.jpg "$out"/*_report.png -depth 8 -tile 5x \
+  -geometry '256x256+6+6' "$out/index.png" || { printf 'demo: the contact sheet could not be made\n' >&2; exit 1; }
 printf '\nContact sheet: %s\n' "$out/index.png"

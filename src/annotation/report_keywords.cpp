@@ -1,5 +1,7 @@
 #include "annotation/report_keywords.h"
 
+#include <cstring>
+
 namespace {
 
 constexpr ReportAction kIgnored{ReportLine::ignored, ANN_OVAL, 0};
@@ -37,6 +39,7 @@ constexpr std::array<Row, kReportCodes> kRows{{
     {"freepointer_x ", annotation(ANN_POINTER, 2)},
     {"free_x ", annotation(ANN_FREE, 1)},
     {"calib_x ", annotation(ANN_CALIB, 1)},
+    // Quirk keywords-without-end: these four have no blank, so lines that begin with longer words match as well.
     {"midrate", kIgnored},
     {"origviewmark", kIgnored},
     {"roi", view(ReportLine::roi)},
@@ -64,3 +67,13 @@ constexpr std::array<const char*, kReportCodes> keywords() {
 constexpr std::array<const char*, kReportCodes> m_pReportCodes = keywords();
 
 const ReportAction& reportAction(int code) { return kRows[static_cast<std::size_t>(code)].action; }
+
+int findReportCode(const char* line) {
+  for (std::size_t code = 0; code < kRows.size(); ++code) {
+    const char* const keyword = kRows[code].keyword;
+    // A report may have many millions of lines, most keywords differ in their first character.
+    if (*line == *keyword && std::strncmp(line, keyword, std::strlen(keyword)) == 0)
+      return static_cast<int>(code);
+  }
+  return -1;
+}

@@ -11,6 +11,9 @@ inline constexpr int kReportCodes = 37;
 /// Trailing blanks belong to the keyword.
 extern const std::array<const char*, kReportCodes> m_pReportCodes;
 
+/// The number of the keyword with which a zero-terminated line begins; -1 when it begins with none.
+int findReportCode(const char* line);
+
 /// What a line with a keyword asks for.
 enum class ReportLine { ignored, size, rescale, pixel, clip, light, roi, patientOrientation, annotation };
 

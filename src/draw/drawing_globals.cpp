@@ -1,6 +1,6 @@
 #include "draw/drawing_globals.h"
 
-const char* const FONT_NAME = "Courier";
+CString FONT_NAME("Courier");
 long FONT_WIDTH = 0;
 long FONT_HEIGHT = 0;
 int iVerbose = 0;

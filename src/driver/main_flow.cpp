@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <new>
 
+#include "draw/font_folder.h"
 #include "driver/options.h"
 #include "driver/paths.h"
 #include "driver/prep_ei4.h"
@@ -16,6 +17,7 @@ namespace {
 
 // MagickCore sets its own signal handlers, which remove its temporary files.
 void startMagickCore(const char* program) {
+  AddFontFolder();
   MagickCoreGenesis(program, MagickTrue);
   SetMagickResourceLimit(ThreadResource, 1);  // a short run never earns back what a pool of threads costs
 }
@@ -63,7 +65,7 @@ int RunConverter(int count, const char* const* words) {
     try {
       outcome = runJob();
     } catch (const std::bad_alloc&) {  // the one place where memory that ran out becomes a failed conversion
-      outcome = Outcome::failed;
+      outcome = szReportFile != nullptr ? Outcome::failedSilently : Outcome::failed;
     }
   }
   // Quirk early-exit-keeps-library: the settings and the library's state are left to the end of the process.

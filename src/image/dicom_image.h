@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "image/color_type.h"
-#include "image/orientation.h"
 #include "image/pixel.h"
+#include "types/orientation.h"
 #include "types/types.h"
 
 /// What every picture can do, whatever its format. All results are 1 for success and 0 for

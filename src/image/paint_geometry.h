@@ -2,7 +2,7 @@
 // it, and how to walk both.
 #pragma once
 
-#include "image/orientation.h"
+#include "types/orientation.h"
 #include "types/types.h"
 
 /// Clears the destination to the background and prepares the walk over the visible region: source row by

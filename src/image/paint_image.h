@@ -2,8 +2,8 @@
 // size, place and orientation.
 #pragma once
 
-#include "image/orientation.h"
 #include "image/pixel.h"
+#include "types/orientation.h"
 #include "types/types.h"
 
 /// Paints `src` into `dst`; the arguments mean what they mean for CDicomImage::PaintImage. The published

@@ -25,3 +25,7 @@ IMAGE_MODE Int2ImageMode(int code) {
       return IMAGE_FIT;
   }
 }
+
+bool IsImageModeFit(IMAGE_MODE mode) { return mode == IMAGE_FIT || mode == IMAGE_FIT_ACTUAL; }
+bool IsImageModeZoom(IMAGE_MODE mode) { return !IsImageModeFit(mode); }
+bool IsImageModeActual(IMAGE_MODE mode) { return mode == IMAGE_FIT_ACTUAL || mode == IMAGE_ZOOM_ACTUAL; }

@@ -14,3 +14,8 @@ enum IMAGE_MODE : int {
 /// IMAGE_FIT_ACTUAL too is written as 3.
 int ImageMode2Int(IMAGE_MODE mode);
 IMAGE_MODE Int2ImageMode(int code);
+
+/// A value beyond the four modes is neither fitted nor at actual size; so it counts as zoomed.
+bool IsImageModeFit(IMAGE_MODE mode);
+bool IsImageModeZoom(IMAGE_MODE mode);  ///< whatever is not fitted
+bool IsImageModeActual(IMAGE_MODE mode);

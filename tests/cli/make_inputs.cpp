@@ -31,6 +31,10 @@ void save(const std::string& name, const Bytes& bytes) {
   if (!file) throw std::runtime_error("cannot write " + path.string());
 }
 
+void saveText(const std::string& name, const std::string& text) {
+  save(name, Bytes(text.begin(), text.end()));
+}
+
 // Pixels of `width` bytes each, little-endian.
 Bytes picture(int columns, int rows, int width, const Sample& sample) {
   Bytes bytes;
@@ -172,6 +176,23 @@ void makeColour() {
   save("colour.ei4", coded(pixels, 96, 64, 3, 8, kFull8));
 }
 
+// Reports that show each of the images above as it is, but for the window.
+void makeReports() {
+  saveText("report.txt", "sized 64 48 0 0\nlight 256 128 0 0\nclip 1 0 0 64 48\n");
+  saveText("report_ct.txt", "sized 512 512 0 0\nlight 400 40 0 0\nclip 1 0 0 512 512\n");
+  saveText("report_ct_inverted.txt", "sized 512 512 0 0\nlight 400 40 1 0\nclip 1 0 0 512 512\n");
+  saveText("report_colour.txt", "sized 96 64 0 0\nlight 256 128 0 0\nclip 1 0 0 96 64\n");
+  saveText("report_flat.txt", "sized 256 200 0 0\nlight 256 128 0 0\nclip 1 0 0 256 200\n");
+  saveText("report_flat_without_a_clip.txt", "sized 256 200 0 0\nlight 256 128 0 0\n");
+  saveText(
+      "report_ruler.txt",
+      "sized 64 48 0 0\nlight 256 128 0 0\nclip 1 0 0 64 48\nruler 1 ff 10 20 0 0 0 0 0 0 | 50 20 4cm\n");
+  saveText("report_of_no_view.txt", "clip 1 0 0 64 48\n");
+  saveText("report_of_no_orientation.txt", "sized 64 48 0 8\nlight 256 128 0 0\nclip 1 0 0 64 48\n");
+  saveText("report_huge.txt", "sized 64 48 0 0\nlight 256 128 0 0\nclip 1 0 0 2000000000 2000000000\n");
+  saveText("report_empty.txt", "");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -183,6 +204,7 @@ int main(int argc, char** argv) try {
   makeFlat();
   makeColumns();
   makeColour();
+  makeReports();
   return 0;
 } catch (const std::exception& error) {
   std::fprintf(stderr, "cli_inputs: %s\n", error.what());

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "image/color_type.h"
-#include "image/orientation.h"
+#include "types/orientation.h"
 
 namespace ei4::test {
 

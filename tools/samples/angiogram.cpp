@@ -47,8 +47,9 @@ class VesselTree {
       radius = next;
       if (i > 3 && random_.unit() < 0.13) {
         const double side = random_.unit() < 0.5 ? -1 : 1;
-        grow(from, angle + side * random_.between(0.45, 0.95), radius * random_.between(0.42, 0.68),
-             steps - i, -side * random_.between(0.005, 0.03));
+        const double bend = -side * random_.between(0.005, 0.03);  // named: arguments have no order
+        const double thinner = radius * random_.between(0.42, 0.68);
+        grow(from, angle + side * random_.between(0.45, 0.95), thinner, steps - i, bend);
         radius *= 0.94;
       }
     }

@@ -147,9 +147,11 @@ class CtSlice {
     const Point to = from + direction(angle) * random_.between(9, 22);
     // Most branches leave the slice again; the few that lie in it show along their length.
     if (random_.unit() < 0.62) lungVessels_.push_back({from, to, radius, radius * 0.8});
-    branch(to, angle + random_.between(-0.5, 0.3), radius * random_.between(0.62, 0.82), generations - 1);
+    const double thinner = radius * random_.between(0.62, 0.82);  // named: arguments have no order
+    branch(to, angle + random_.between(-0.5, 0.3), thinner, generations - 1);
     if (random_.unit() < 0.75) {
-      branch(to, angle + random_.between(0.2, 0.9), radius * random_.between(0.45, 0.7), generations - 1);
+      const double side = radius * random_.between(0.45, 0.7);
+      branch(to, angle + random_.between(0.2, 0.9), side, generations - 1);
     }
   }
 

@@ -58,7 +58,8 @@ void writeSamples(const fs::path& folder) {
   fs::create_directories(folder);
   File radiograph;
   File mr;
-  for (const auto make : {makeCtSlice, makeRadiograph, makeMrSlice, makeUltrasound, makeAngiogram}) {
+  for (const auto make :
+       {makeCtSlice, makeRadiograph, makeMrSlice, makeUltrasound, makeAngiogram, makeSpine, makeFetus}) {
     const SamplePicture picture = make();
     const File file = ei4FileOf(picture);
     write(folder / (picture.name + ".ei4"), file);

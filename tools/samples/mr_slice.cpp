@@ -75,7 +75,8 @@ class MrSlice {
     }
     for (const double y : {-74.0, -62.0, -50.0, -38.0, 49.0, 59.0, 70.0}) {  // those that open to the middle
       for (int side = -1; side <= 1; side += 2) {
-        layFold({side * 0.5, y + random_.between(-3, 3)}, {side * 10.0, random_.between(-3, 3)}, 1);
+        const double slope = random_.between(-3, 3);  // named: arguments have no order
+        layFold({side * 0.5, y + random_.between(-3, 3)}, {side * 10.0, slope}, 1);
       }
     }
   }

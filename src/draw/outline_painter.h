@@ -1,0 +1,15 @@
+// Outlines on a MagickCore image. Private to this folder.
+#pragma once
+
+#include <magick/MagickCore.h>
+
+#include "draw/outline.h"
+
+namespace ei4 {
+
+/// Draws the outline as DrawImage does with this draw info, each pixel to the last bit, and leaves the image in
+/// the same state. The info has a primitive, an opaque stroke colour, a stroke width of 1 and no fill.
+/// Returns false, and has done nothing, where the library at hand draws by another law.
+bool paintOutline(Image& image, const DrawInfo& info, Outline& outline);
+
+}  // namespace ei4

@@ -1,0 +1,39 @@
+#include "driver/report_picture.h"
+
+#include "annotation/annotation_set.h"
+#include "draw/cdc.h"
+#include "driver/magick_image.h"
+
+namespace {
+
+/// A zlib level, 0 to 9. On drawn radiographs of a megapixel it takes a third of the time of the library's own
+/// choice, and the files are 1 to 14 % larger. The pixels are the same.
+constexpr const char* kPngEffort = "3";
+
+void draw(CAnnotationSet& set, Image& picture, ImageInfo& info) {
+  CDC dc(&picture, &info);
+  set.PaintAnnotations(&dc, 1.0);
+  set.PaintOrientation(&dc, set.m_ptOffset, set.GetDstImageSize(), set.m_sizeClip, 1.0);
+}
+
+}  // namespace
+
+bool ReportPictureTakes(CSize size) { return ei4::withinSideLimits(size); }
+
+void WriteReportPicture(const CDicomImage& painted, CAnnotationSet& set, const char* path,
+                        std::optional<unsigned int> quality) {
+  const ei4::OwnedInfo info = ei4::makeImageInfo(painted.m_Size, 8);
+  const ei4::OwnedImage picture = ei4::constitute(
+      painted.m_Size, painted.GetColorType() == COLOR_TYPE_C08 ? "RGB" : "I", painted.m_pBuffer);
+  if (!picture || !ei4::setName(picture->filename, "", path)) return;
+
+  draw(set, *picture, *info);
+  // Drawing leaves an alpha channel that is opaque everywhere: it would only cost time and space.
+  SetImageAlphaChannel(picture.get(), DeactivateAlphaChannel);
+  if (quality) {
+    ei4::setQuality(*info, *picture, *quality);
+  } else {
+    SetImageOption(info.get(), "png:compression-level", kPngEffort);
+  }
+  WriteImage(info.get(), picture.get());
+}
