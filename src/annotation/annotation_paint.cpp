@@ -71,4 +71,5 @@ void CAnnotation::PolygonToShadow(CDC* dc, const CPoint* points, int count, CPen
   draw(0, 0);
 }
 
+// Quirk handles-not-shown: painters ask for boxes at the points of a selected figure, and none appear.
 void CAnnotation::PaintSelectorBox(CDC* /*dc*/, CPoint /*pt*/, CPen* /*pen*/, CPen* /*shadowPen*/) {}

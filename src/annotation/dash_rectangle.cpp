@@ -25,6 +25,7 @@ std::vector<Dash> dashesBetween(long from, long to, long gap, long dash, long si
   if (dash < 1 || period < 1) return {};
   std::vector<Dash> dashes;
   const long end = std::min(to, side + kStrokeReach);
+  // Quirk dashes-keep-a-grid: it begins at coordinate 0, so a frame may begin within a dash or a gap.
   for (long start = multipleBelow(std::max(from, -kStrokeReach), period); start < end; start += period) {
     const Dash part{std::max(start, from), std::min(start + dash, to)};
     if (part.from < part.to) dashes.push_back(part);

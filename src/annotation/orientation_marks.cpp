@@ -93,7 +93,7 @@ void CAnnotationSet::PaintOrientation(CDC* dc, CPoint /*pt*/, CSize /*sizeA*/, C
   const CRect picture(CPoint(0, 0), sizeDst);
   const CRect roi = GetRoiDisplay();
   CRect visible(0, 0, 0, 0);
-  visible.IntersectRect(picture, roi);
+  visible.IntersectRect(picture, roi);  // Quirk marks-of-nothing: its edges cross when nothing is visible
   PaintOrientation(m_szOrientRow, m_szOrientCol, m_Orientation, dc, visible, sizeDst, scale);
 }
 

@@ -19,6 +19,7 @@ unsigned int brightness(unsigned int color) {
 
 int GetLineWidth(int w, double scale) {
   if (scale == 1.0) return w;
+  // Quirk negative-lengths-shrink: the half is added to negative lengths as well, so they lose a pixel.
   const int scaled = Truncated(w * scale + 0.5);
   return scaled == 0 && w != 0 ? 1 : scaled;
 }

@@ -72,6 +72,7 @@ TEST_F(FreePaint, OfFewerVerticesHasLabelsOnly) {
 
 TEST_F(FreePaint, OfManyVerticesIsDrawnInLinesBackToTheFirst) {
   std::vector<XY> zigzag;
+  zigzag.reserve(2001);
   for (int i = 0; i < 2001; ++i) zigzag.push_back({i % 200, i / 100 + 40 * (i % 2)});
   vertices(zigzag);
   for (std::size_t i = 0; i + 1 < zigzag.size(); ++i) stroke(zigzag[i], zigzag[i + 1]);
