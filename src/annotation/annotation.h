@@ -13,8 +13,8 @@
 class CAnnotationSet;
 
 /// One measurement. All points are in image coordinates; painting goes through the set's ImageToDisplay.
-/// A label point is kept as an offset from the kind's reference point (see GetIndexReference), so that the
-/// label moves with the figure; the getters add the two again.
+/// A label point is kept as an offset from a reference point, so that the label moves with the figure: from the
+/// base point, or for the value of an angle the middle between its arms' ends. The getters add the two again.
 class CAnnotation {
  public:
   CAnnotation() = default;

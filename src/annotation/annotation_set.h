@@ -51,8 +51,8 @@ class CAnnotationSet {
 
   void SetDstImageSize(CSize size);  ///< display pixels; the zoom follows
   CSize GetDstImageSize() const;
-  void SetImgZoomFactor(double zoomX,
-                        double zoomY);  ///< ignored unless both exceed 0; the display size follows
+  /// Ignored unless both exceed 0; the display size follows.
+  void SetImgZoomFactor(double zoomX, double zoomY);
   void SetViewParameters(ORIENTATION orient, double zoomX, double zoomY, CPoint offset);
 
   /// Coordinates that an int can't hold end at its limits, and a zoom that is not a number gives 0.
@@ -82,7 +82,7 @@ class CAnnotationSet {
   static void InvPatientOrientationCode(char* code);
 
   CList<CAnnotation*, CAnnotation*> m_listAnnotations{10};  ///< in creation order; owned
-  CSize m_sizeImg{256, 256};                                ///< neither side is ever 0
+  CSize m_sizeImg{256, 256};                                ///< reports never make a side 0
   CSize m_sizeDst{0, 0};                                    ///< display size of the whole picture
   IMAGE_MODE m_ImageMode = IMAGE_ZOOM;
   double m_dZoomX = 1.0;  ///< display pixels per image pixel, along the stored picture's rows

@@ -74,7 +74,7 @@ void CAnnotationSet::ReadReportLine(char* line, CSize sizeImg, int nCalc) {
     case ReportLine::patientOrientation:
       EvalReportedPatientOrientation(NextWord(line));
       break;
-    case ReportLine::annotation:
+    case ReportLine::annotation:  // Quirk early-annotations-lost
       if (AreViewLinesRead()) ReadAnnotationLine(line, action, nCalc);
       break;
   }

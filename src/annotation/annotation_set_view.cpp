@@ -88,6 +88,7 @@ void CAnnotationSet::SetViewParameters(ORIENTATION orient, double zoomX, double 
 
 CPoint CAnnotationSet::ImageToDisplay(CPoint pt) const {
   const tagPOINT turned = oriented(pt, m_sizeImg, m_Orientation);
+  // Quirk odd-beyond-seven: by the lowest bit of any value
   const bool exchanged = ExchangesSides(m_Orientation);
   const double zoomX = exchanged ? m_dZoomY : m_dZoomX;
   const double zoomY = exchanged ? m_dZoomX : m_dZoomY;

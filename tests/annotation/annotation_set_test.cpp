@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <type_traits>
 #include <typeinfo>
 
 #include "annotation/ann_angle.h"
@@ -34,10 +35,26 @@ void expectClass(ANN_MODE kind) {
   EXPECT_EQ(made->GetAnnMode(), kind);
 }
 
+// The tree of the classes.
+template <class Derived, class Base>
+constexpr bool kIsA = std::is_base_of_v<Base, Derived>;
+static_assert(kIsA<CAnnText, CAnnotation> && kIsA<CAnnSpnLabel, CAnnText>);
+static_assert(kIsA<CAnnOval, CAnnotation> && kIsA<CAnnArea, CAnnOval> && kIsA<CObMeasureOval, CAnnArea>);
+static_assert(kIsA<CObMeasureHC, CObMeasureOval> && kIsA<CObMeasureAC, CObMeasureOval>);
+static_assert(kIsA<CAnnLight, CAnnOval> && !kIsA<CAnnLight, CAnnArea>);
+static_assert(kIsA<CAnnRuler, CAnnotation> && kIsA<CAnnCalib, CAnnRuler> && kIsA<CObMeasureRuler, CAnnRuler>);
+static_assert(!kIsA<CObMeasureRuler, CAnnCalib>);
+static_assert(kIsA<CObMeasureGsd, CObMeasureRuler> && kIsA<CObMeasureCrl, CObMeasureRuler>);
+static_assert(kIsA<CObMeasureBpd, CObMeasureRuler> && kIsA<CObMeasureFl, CObMeasureRuler>);
+static_assert(kIsA<CAnnCOBAngle, CAnnotation> && kIsA<CAnnAngle, CAnnotation>);
+static_assert(kIsA<CAnnPointer, CAnnotation> && kIsA<CAnnFree, CAnnotation>);
+
 TEST(AnnotationSet, BeginsEmptyWithItsStatedView) {
   const CAnnotationSet set;
   EXPECT_TRUE(set.m_listAnnotations.IsEmpty());
   EXPECT_EQ(set.m_sizeImg, CSize(256, 256));
+  EXPECT_EQ(set.m_sizeDst, CSize(0, 0));
+  EXPECT_EQ(set.m_rectRoi, CRect(0, 0, 0, 0));
   EXPECT_EQ(set.m_ImageMode, IMAGE_ZOOM);
   EXPECT_EQ(set.m_dZoomX, 1.0);
   EXPECT_EQ(set.m_dZoomY, 1.0);
