@@ -12,24 +12,23 @@ constexpr long kLongestSide = 200'000;
 
 double square(double value) { return value * value; }
 
-// The outline crosses the picture, or comes near: some of the picture lies outside the ellipse, and some inside.
+// The outline crosses the picture or comes near: of the picture, grown by the reach of a stroke, some lies within
+// the ellipse and some outside.
 bool outlineMayShow(const CRect& rect, CSize picture) {
   if (!MayShow(rect, picture)) return false;
   const double cx = static_cast<double>(rect.left + rect.right) / 2;
   const double cy = static_cast<double>(rect.top + rect.bottom) / 2;
   const double rx = static_cast<double>(rect.Width()) / 2;
   const double ry = static_cast<double>(rect.Height()) / 2;
-  const double right = static_cast<double>(picture.cx);
-  const double bottom = static_cast<double>(picture.cy);
-  // How far out a point lies in an ellipse with radii larger or smaller by the reach of a stroke; 1: on it.
-  const auto extent = [&](double x, double y, double grow) {
-    return square((x - cx) / (rx + grow)) + square((y - cy) / (ry + grow));
-  };
-  constexpr double kReach = kStrokeReach;
-  if (extent(std::clamp(cx, 0.0, right), std::clamp(cy, 0.0, bottom), kReach) > 1) return false;
-  if (rx <= kReach || ry <= kReach) return true;
-  return std::max({extent(0, 0, -kReach), extent(right, 0, -kReach), extent(0, bottom, -kReach),
-                   extent(right, bottom, -kReach)}) >= 1;
+  if (rx < 1 || ry < 1) return true;
+  const double first = -static_cast<double>(kStrokeReach);
+  const double right = static_cast<double>(picture.cx + kStrokeReach);
+  const double bottom = static_cast<double>(picture.cy + kStrokeReach);
+  // How far out a point lies, squared; 1: on the ellipse.
+  const auto extent = [&](double x, double y) { return square((x - cx) / rx) + square((y - cy) / ry); };
+  if (extent(std::clamp(cx, first, right), std::clamp(cy, first, bottom)) > 1) return false;
+  return std::max(
+             {extent(first, first), extent(right, first), extent(first, bottom), extent(right, bottom)}) >= 1;
 }
 
 }  // namespace

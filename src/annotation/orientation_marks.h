@@ -1,4 +1,4 @@
-// Placing of the patient's orientation letters.
+// Placing of the patient's orientation letters; the letters themselves are CAnnotationSet's.
 #pragma once
 
 #include "types/types.h"

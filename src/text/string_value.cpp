@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -136,13 +137,16 @@ void CStringValue::WriteWord(CString& out, const CString& word) {
 }
 
 bool CStringValue::ReadLine(const char*& text, CString& value) {
-  value.Empty();
-  if (text == nullptr || *text == '\0') return false;
-  const std::size_t length = lengthUpTo(text, '\n');
-  value = firstOf(text, length);
-  text += length;
-  if (*text == '\n') ++text;
-  return true;
+  CString line;
+  const bool any = text != nullptr && *text != '\0';
+  if (any) {
+    const std::size_t length = lengthUpTo(text, '\n');
+    line = firstOf(text, length);
+    text += length;
+    if (*text == '\n') ++text;
+  }
+  value = std::move(line);  // only now: the text may be that of the old value
+  return any;
 }
 
 bool CStringValue::ReadBOOL(const char*& text, int& value) {

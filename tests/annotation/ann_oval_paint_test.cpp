@@ -1,8 +1,11 @@
 #include "annotation/ann_oval.h"
 
 #include <climits>
+#include <cstdint>
 #include <initializer_list>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "annotation/ob_measure_oval.h"
 #include "annotation/paint_fixture.h"
@@ -102,38 +105,86 @@ TEST_F(OvalPaint, WhoseBoxAloneMeetsThePictureIsLeftOut) {
 }
 
 // Places at which outlines of each size come into the picture, pass around a corner, and go out again.
-class OvalAtTheEdge : public OvalPaint, public testing::WithParamInterface<CSize> {};
+// The oval in a box of this size, as the painter draws it and as it looks when nothing is left out.
+struct TwoPictures {
+  std::vector<std::uint16_t> painted;
+  std::vector<std::uint16_t> wanted;
+  bool shows;
+};
+
+class OvalBesideDrawing : public OvalPaint {
+ protected:
+  TwoPictures drawBothWays(CSize area, CPoint corner, CSize size) {
+    const int columns = static_cast<int>(area.cx);
+    const int rows = static_cast<int>(area.cy);
+    const ei4::test::Picture wanted(columns, rows);
+    drawEllipse(wanted, corner + CSize(1, 1), size, kBlackName);
+    drawEllipse(wanted, corner + CSize(1, 0), size, kBlackName);
+    drawEllipse(wanted, corner, size, kYellowName);
+
+    const ei4::test::Picture painted(columns, rows);
+    const auto untouched = painted.pixels();
+    CDC context(painted.image(), painted.info());
+    box(corner, corner + size);
+    oval.PaintAnnotation(&context, 1.0);
+    return {painted.pixels(), wanted.pixels(), painted.pixels() != untouched};
+  }
+
+ private:
+  static void drawEllipse(const ei4::test::Picture& on, CPoint corner, CSize size, const char* color) {
+    std::string primitive = "ellipse";
+    for (const long value :
+         {(2 * corner.x + size.cx) / 2, (2 * corner.y + size.cy) / 2, size.cx / 2, size.cy / 2}) {
+      primitive += " " + std::to_string(value);
+    }
+    on.draw(primitive + " 0 360", color, "none");
+  }
+};
+
+class OvalAtTheEdge : public OvalBesideDrawing, public testing::WithParamInterface<CSize> {};
 
 TEST_P(OvalAtTheEdge, ShowsWhatAnUnconditionalDrawingShows) {
   const int width = static_cast<int>(GetParam().cx);
   const int height = static_cast<int>(GetParam().cy);
-  const auto drawEllipse = [&](const ei4::test::Picture& on, int left, int top, const char* color) {
-    std::string primitive = "ellipse";
-    for (const int value : {(2 * left + width) / 2, (2 * top + height) / 2, width / 2, height / 2}) {
-      primitive += " " + std::to_string(value);
-    }
-    on.draw(primitive + " 0 360", color, "none");
-  };
-
   int shown = 0;
   for (int step = 0; step <= 24; ++step) {
-    const int left = -width - 6 + step * (kWidth + width + 12) / 24;
-    const int top = -height - 6 + step * 7 % 25 * (kHeight + height + 12) / 24;
-    const ei4::test::Picture wanted(kWidth, kHeight);
-    drawEllipse(wanted, left + 1, top + 1, kBlackName);
-    drawEllipse(wanted, left + 1, top, kBlackName);
-    drawEllipse(wanted, left, top, kYellowName);
-
-    const ei4::test::Picture painted(kWidth, kHeight);
-    const auto untouched = painted.pixels();
-    CDC context(painted.image(), painted.info());
-    box(CPoint(left, top), CPoint(left + width, top + height));
-    oval.PaintAnnotation(&context, 1.0);
-    ASSERT_TRUE(painted.pixels() == wanted.pixels()) << left << " " << top;
-    shown += painted.pixels() == untouched ? 0 : 1;
+    const CPoint corner(-width - 6 + step * (kWidth + width + 12) / 24,
+                        -height - 6 + step * 7 % 25 * (kHeight + height + 12) / 24);
+    const TwoPictures pictures = drawBothWays(CSize(kWidth, kHeight), corner, GetParam());
+    ASSERT_TRUE(pictures.painted == pictures.wanted) << corner.x << " " << corner.y;
+    shown += pictures.shows ? 1 : 0;
   }
   EXPECT_GT(shown, 5);
   EXPECT_LT(shown, 25);
+}
+
+// The tip of a long flat ellipse runs nearly level: what lies close to the outline is not close in radii.
+TEST_F(OvalBesideDrawing, ShowsTheTipOfALongFlatOneThatPassesAlongTheEdge) {
+  const auto expectAlike = [&](CSize area, CPoint center, CSize radii) {
+    const CSize size(2 * static_cast<int>(radii.cx), 2 * static_cast<int>(radii.cy));
+    const TwoPictures pictures = drawBothWays(area, center - radii, size);
+    EXPECT_TRUE(pictures.shows);
+    EXPECT_TRUE(pictures.painted == pictures.wanted) << center.x;
+  };
+  expectAlike(CSize(70, 21), CPoint(-1562, -2), CSize(1571, 10));
+  expectAlike(CSize(43, 22), CPoint(1258, -2), CSize(1228, 5));
+}
+
+TEST_F(OvalBesideDrawing, ShowsWhatAnUnconditionalDrawingShowsOfFlatOnesAnywhere) {
+  std::mt19937 random(20);
+  const auto upTo = [&random](int most) {
+    return static_cast<int>(random() % static_cast<unsigned>(most + 1));
+  };
+  for (int i = 0; i < 150; ++i) {
+    const CSize area(20 + upTo(60), 10 + upTo(30));
+    const bool lies = upTo(1) == 0;
+    const CSize size(lies ? 100 + upTo(3000) : 2 + upTo(40), lies ? 2 + upTo(40) : 100 + upTo(3000));
+    const CPoint corner(upTo(static_cast<int>(area.cx + size.cx) + 20) - static_cast<int>(size.cx) - 10,
+                        upTo(static_cast<int>(area.cy + size.cy) + 20) - static_cast<int>(size.cy) - 10);
+    const TwoPictures pictures = drawBothWays(area, corner, size);
+    ASSERT_TRUE(pictures.painted == pictures.wanted) << area.cx << "x" << area.cy << " at " << corner.x << " "
+                                                     << corner.y << ", " << size.cx << "x" << size.cy;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(SmallAndLarge, OvalAtTheEdge,

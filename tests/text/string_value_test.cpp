@@ -263,6 +263,13 @@ TEST(WriteWord, AppendsNothingOfAShorterWord) {
   EXPECT_EQ(appended(CStringValue::WriteWord, ""), "<");
 }
 
+TEST(ReadLine, ReadsFromTheTextThatItReplaces) {
+  CString value("first\nsecond");
+  const char* text = value;
+  EXPECT_TRUE(CStringValue::ReadLine(text, value));
+  EXPECT_STREQ(value, "first");
+}
+
 TEST(ReadLine, TakesTheCharactersUpToALineFeedAndStepsOverIt) {
   EXPECT_EQ(readLine("a b\nc\n"), (Text{true, 4, "a b"}));
   EXPECT_EQ(readLine("\na"), (Text{true, 1, ""}));
