@@ -56,11 +56,12 @@ class CDC {
   int LineTo(int x, int y);
   int LineTo(tagPOINT point);
 
-  /// A line through n points in the pen's colour. Nothing for n < 1; points may then be null.
+  /// A line through n points in the pen's colour. Nothing is drawn for n < 1, but the call is traced; points may
+  /// then be null.
   int Polyline(const tagPOINT* points, int n);
 
   /// A closed outline in the pen's colour, first filled with the brush if there is one. MagickCore draws none of
-  /// fewer than 3 points.
+  /// fewer than 3 points; they may be null for n < 1, which goes for Polygon_ too.
   int Polygon(const tagPOINT* points, int n);
 
   /// A closed outline in a colour of its own ("#rrggbb", never null), filled with it when `fill` is non-zero.

@@ -1,5 +1,6 @@
 #include <magick/MagickCore.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <optional>
@@ -76,8 +77,7 @@ int CDC::LineTo(int x, int y) {
 int CDC::LineTo(tagPOINT point) { return LineTo(low32(point.x), low32(point.y)); }
 
 int CDC::Polyline(const tagPOINT* points, int n) {
-  if (n < 1) return 1;
-  auto outline = ei4::Outline::polyline({points, static_cast<std::size_t>(n)});
+  auto outline = ei4::Outline::polyline({points, static_cast<std::size_t>(std::max(n, 0))});
   return Stroke(pointList("polyline ", points, n).c_str(), m_pPen->GetColorName(), orNull(outline));
 }
 

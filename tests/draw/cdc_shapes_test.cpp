@@ -109,6 +109,15 @@ TEST_F(Shapes, PolylineIsTracedAsAPrimitive) {
   EXPECT_EQ(traceOf([this] { dc.Polyline(star.data(), 2); }), "Draing Primitive: 'polyline 80 5 120 110 '\n");
 }
 
+TEST_F(Shapes, PolylineOfNoPointsIsTracedAllTheSame) {
+  for (const int n : {0, -1, INT_MIN}) {
+    EXPECT_EQ(traceOf([&] { dc.Polyline(nullptr, n); }), "Draing Primitive: 'polyline '\n");
+  }
+  expected.draw("polyline ", "#ff0000", "none");
+  EXPECT_EQ(picture.state(), expected.state());
+  expectUntouched();
+}
+
 TEST_F(Shapes, PointListsOfNoPointsDrawNothing) {
   dc.SelectObject(&blue);
   for (const int n : {0, -1, INT_MIN}) {

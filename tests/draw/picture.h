@@ -4,6 +4,7 @@
 #include <magick/MagickCore.h>
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,22 +35,31 @@ struct DestroyPicture {
 template <class T>
 using OwnedPicturePart = std::unique_ptr<T, DestroyPicture>;
 
-/// A picture as the report flow makes it: "I" (grey) or "RGB", 8 bits, every pixel different from its neighbours.
+/// Bytes with no pattern, the same in every run.
+inline std::vector<unsigned char> unevenBytes(int n) {
+  std::vector<unsigned char> bytes;
+  std::uint32_t state = 12345;
+  for (int i = 0; i < n; ++i) {
+    state = state * 1664525 + 1013904223;
+    bytes.push_back(static_cast<unsigned char>(state >> 24));
+  }
+  return bytes;
+}
+
+/// A picture as the report flow makes it: "I" (grey) or "RGB", 8 bits; or "RGBA".
 class Picture {
  public:
-  explicit Picture(int width, int height, const char* map = "I") {
+  /// Every pixel differs from its neighbours.
+  explicit Picture(int width, int height, const char* map = "I")
+      : Picture(width, height, map, unevenBytes(width * height * static_cast<int>(std::strlen(map)))) {}
+
+  /// A byte for each letter of `map`, pixel by pixel and row by row.
+  Picture(int width, int height, const char* map, const std::vector<unsigned char>& bytes) {
     startDrawing();
-    const int components = std::string(map) == "RGB" ? 3 : 1;
-    std::vector<unsigned char> pixels;
-    std::uint32_t state = 12345;
-    for (int i = 0; i < width * height * components; ++i) {
-      state = state * 1664525 + 1013904223;
-      pixels.push_back(static_cast<unsigned char>(state >> 24));
-    }
     const OwnedPicturePart<ExceptionInfo> exception(AcquireExceptionInfo());
     m_info.reset(AcquireImageInfo());
     m_image.reset(ConstituteImage(static_cast<std::size_t>(width), static_cast<std::size_t>(height), map,
-                                  CharPixel, pixels.data(), exception.get()));
+                                  CharPixel, bytes.data(), exception.get()));
   }
 
   Image* image() const { return m_image.get(); }
