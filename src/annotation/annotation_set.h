@@ -114,7 +114,7 @@ class CAnnotationSet {
 
  private:
   /// What outlines may read on top of twice the report's length.
-  static constexpr long kSparedOutlineBytes = 1L << 24;
+  static constexpr long kSparedOutlineBytes = 1L << 16;
 
   /// As CreateAnnotation, but numbered by the caller.
   CAnnotation* AppendAnnotation(ANN_MODE kind, int nIndex, CPoint pt, unsigned int color, CSize sizeImg,

@@ -85,7 +85,7 @@ int CDC::Polygon_(const tagPOINT* points, int n, const char* colour, int fill) {
   if (iVerbose != 0) std::printf("Polygon_");  // Quirk trace-without-line-end
   if (n < 1) return 1;
   std::optional<ei4::Outline> outline;
-  if (fill == 0) outline = ei4::Outline::polygon({points, static_cast<std::size_t>(n)});
+  if (fill == 0) outline = ei4::Outline::polygon({points, static_cast<std::size_t>(n)}, GetImageSize());
   StrokeAndFill(pointList("polygon ", points, n).c_str(), colour, fill != 0 ? colour : kNoColor,
                 orNull(outline));
   return 1;

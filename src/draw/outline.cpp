@@ -39,6 +39,20 @@ double squaredDistance(OutlinePoint from, OutlinePoint to, double x, double y) {
   return 1.0 / length * across * across;
 }
 
+// Can MagickCore draw the polygon in some tenths of a second? It asks all edges about each pixel in the bounding box.
+bool isAffordable(std::span<const tagPOINT> points, tagSIZE picture) {
+  constexpr double kMostQuestions = 1e8;
+  constexpr double kBesides = 20;  // what a pixel costs by itself, in edges
+  const auto extent = [&](long tagPOINT::*along, long side) {
+    const auto [low, high] = std::minmax_element(points.begin(), points.end(),
+                                                 [along](auto& a, auto& b) { return a.*along < b.*along; });
+    return static_cast<double>(std::clamp((*high).*along, 0L, side) - std::clamp((*low).*along, 0L, side) +
+                               1);
+  };
+  const double pixels = extent(&tagPOINT::x, picture.cx) * extent(&tagPOINT::y, picture.cy);
+  return pixels * (static_cast<double>(points.size()) + kBesides) <= kMostQuestions;
+}
+
 double coverage(double squared) {
   if (squared <= kWhole * kWhole) return 1.0;
   const double rest = std::sqrt(squared) - kReach;
@@ -90,16 +104,26 @@ std::optional<Outline> Outline::ellipse(int cx, int cy, int rx, int ry) {
 }
 
 std::optional<Outline> Outline::polyline(std::span<const tagPOINT> points) {
-  return ofVertices(points, false);
+  auto outline = ofVertices(points);
+  if (!outline) return std::nullopt;
+  // It has one more edge, which is not drawn: from its end back to its start.
+  const auto ghostBottom = static_cast<double>(std::max(points.front().y, points.back().y));
+  if (outline->hasHiddenEdges(ghostBottom)) return std::nullopt;
+  return outline;
 }
 
-std::optional<Outline> Outline::polygon(std::span<const tagPOINT> points) {
-  return points.size() < 3 ? std::nullopt : ofVertices(points, true);
+std::optional<Outline> Outline::polygon(std::span<const tagPOINT> points, tagSIZE picture) {
+  if (points.size() < 3) return std::nullopt;
+  std::vector<tagPOINT> closed(points.begin(), points.end());
+  closed.push_back(points.front());
+  auto outline = ofVertices(closed);
+  if (outline && isAffordable(points, picture) && outline->hasHiddenEdges(std::nullopt)) return std::nullopt;
+  return outline;
 }
 
-std::optional<Outline> Outline::ofVertices(std::span<const tagPOINT> points, bool closed) {
+std::optional<Outline> Outline::ofVertices(std::span<const tagPOINT> points) {
   std::vector<OutlinePoint> vertices;
-  vertices.reserve(points.size() + 1);
+  vertices.reserve(points.size());
   for (const tagPOINT& point : points) {
     if (std::max(point.x, point.y) > kFarthestVertex || std::min(point.x, point.y) < -kFarthestVertex) {
       return std::nullopt;
@@ -107,13 +131,8 @@ std::optional<Outline> Outline::ofVertices(std::span<const tagPOINT> points, boo
     vertices.push_back({static_cast<double>(point.x), static_cast<double>(point.y)});
   }
   if (vertices.size() < 2) return std::nullopt;
-  if (closed) vertices.push_back(vertices.front());
-
   Outline outline(vertices);
-  // An open line has one more edge, which is not drawn: from its end back to its start.
-  std::optional<double> ghost;
-  if (!closed) ghost = std::max(vertices.front().y, vertices.back().y);
-  if (outline.m_runs.empty() || outline.hasHiddenEdges(ghost)) return std::nullopt;
+  if (outline.m_runs.empty()) return std::nullopt;
   return outline;
 }
 

@@ -36,7 +36,9 @@ class Outline {
   static std::optional<Outline> line(int x1, int y1, int x2, int y2);
   static std::optional<Outline> ellipse(int cx, int cy, int rx, int ry);
   static std::optional<Outline> polyline(std::span<const tagPOINT> points);
-  static std::optional<Outline> polygon(std::span<const tagPOINT> points);
+  /// picture  size of what it will be drawn on, pixels. An outline that MagickCore would treat in a way of its own
+  ///          is made all the same where drawing it there would take too long.
+  static std::optional<Outline> polygon(std::span<const tagPOINT> points, tagSIZE picture);
 
   /// The rows that it can cover: all others are empty.
   long firstRow() const;
@@ -56,7 +58,7 @@ class Outline {
   };
 
   explicit Outline(std::span<const OutlinePoint> points);
-  static std::optional<Outline> ofVertices(std::span<const tagPOINT> points, bool closed);
+  static std::optional<Outline> ofVertices(std::span<const tagPOINT> points);
   bool hasHiddenEdges(std::optional<double> ghostBottom) const;
   void cover(const Run& run, OutlinePoint upper, OutlinePoint lower, long y, long columns);
 

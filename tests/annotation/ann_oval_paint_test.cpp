@@ -105,6 +105,13 @@ TEST_F(OvalPaint, WhoseBoxAloneMeetsThePictureIsLeftOut) {
 }
 
 // Places at which outlines of each size come into the picture, pass around a corner, and go out again.
+TEST_F(OvalPaint, OfMoreThanTwiceTheLargestPictureIsLeftOut) {
+  box(CPoint(-32668, 40), CPoint(100, 80));
+  EXPECT_FALSE(traceOf(oval).empty());
+  box(CPoint(-32669, 40), CPoint(100, 80));
+  EXPECT_EQ(traceOf(oval), "");
+}
+
 // The oval in a box of this size, as the painter draws it and as it looks when nothing is left out.
 struct TwoPictures {
   std::vector<std::uint16_t> painted;

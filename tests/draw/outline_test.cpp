@@ -13,6 +13,8 @@ namespace {
 using ei4::Coverage;
 using ei4::Outline;
 
+constexpr tagSIZE kPicture{200, 100};
+
 std::map<long, double> rowOf(Outline& outline, long y, long columns = 100) {
   std::map<long, double> row;
   for (const Coverage& pixel : outline.row(y, columns)) {
@@ -43,7 +45,7 @@ TEST(Outline, KeepsToTheColumnsAsked) {
 
 TEST(Outline, OfAPolygonIsClosedAndOfAPolylineNot) {
   const std::vector<tagPOINT> corners{{10, 10}, {50, 10}, {50, 40}, {10, 40}};
-  Outline polygon = *Outline::polygon(corners);
+  Outline polygon = *Outline::polygon(corners, kPicture);
   Outline polyline = *Outline::polyline(corners);
   EXPECT_EQ(rowOf(polygon, 25).at(10), 1.0);
   EXPECT_EQ(rowOf(polyline, 25).count(10), 0U);
@@ -65,8 +67,8 @@ TEST(Outline, IsLeftToTheLibraryWhereThatRefusesTheFigure) {
   EXPECT_FALSE(Outline::line(5, 5, 5, 5));
   EXPECT_FALSE(Outline::ellipse(50, 50, 0, 5));
   EXPECT_FALSE(Outline::ellipse(50, 50, 5, -1));
-  EXPECT_FALSE(Outline::polygon(two));
-  EXPECT_FALSE(Outline::polygon(same));
+  EXPECT_FALSE(Outline::polygon(two, kPicture));
+  EXPECT_FALSE(Outline::polygon(same, kPicture));
   EXPECT_FALSE(Outline::polyline(same));
   EXPECT_FALSE(Outline::polyline({two.data(), 1}));
   EXPECT_TRUE(Outline::polyline(two));
@@ -77,14 +79,24 @@ TEST(Outline, IsLeftToTheLibraryWhenItIsVeryLarge) {
   EXPECT_FALSE(Outline::ellipse(0, 0, 16385, 5));
   EXPECT_FALSE(Outline::ellipse(0, 0, 5, INT_MAX));
   const std::vector<tagPOINT> far{{10, 10}, {50, LONG_MAX}, {20, 20}};
-  EXPECT_FALSE(Outline::polygon(far));
+  EXPECT_FALSE(Outline::polygon(far, kPicture));
 }
 
 TEST(Outline, IsLeftToTheLibraryAtThePicturesLeftEdge) {
   const std::vector<tagPOINT> near{{2, 10}, {50, 20}, {30, 40}};
   const std::vector<tagPOINT> tooNear{{1, 10}, {50, 20}, {30, 40}};
-  EXPECT_TRUE(Outline::polygon(near));
-  EXPECT_FALSE(Outline::polygon(tooNear));
+  EXPECT_TRUE(Outline::polygon(near, kPicture));
+  EXPECT_FALSE(Outline::polygon(tooNear, kPicture));
+}
+
+TEST(Outline, IsMadeAllTheSameWhereTheLibraryWouldTakeTooLong) {
+  const std::vector<tagPOINT> atTheEdge{{0, 0}, {16000, 8000}, {0, 16000}};
+  EXPECT_FALSE(Outline::polygon(atTheEdge, {1000, 1000})) << "a million pixels";
+  EXPECT_TRUE(Outline::polygon(atTheEdge, {16000, 16000}));
+  std::vector<tagPOINT> jagged;
+  for (int i = 0; i < 2000; ++i) jagged.push_back({i * 7919 % 2000, i * 104729 % 2000});
+  EXPECT_FALSE(Outline::polygon(jagged, {200, 200}));
+  EXPECT_TRUE(Outline::polygon(jagged, {2000, 2000}));
 }
 
 // Peaks that point down and end in the same row; each is the end of two runs.
@@ -99,8 +111,8 @@ std::vector<tagPOINT> comb(int peaks) {
 }
 
 TEST(Outline, IsLeftToTheLibraryWhenManyRunsEndInOneRow) {
-  EXPECT_TRUE(Outline::polygon(comb(3)));
-  EXPECT_FALSE(Outline::polygon(comb(4)));
+  EXPECT_TRUE(Outline::polygon(comb(3), kPicture));
+  EXPECT_FALSE(Outline::polygon(comb(4), kPicture));
 }
 
 }  // namespace
