@@ -94,6 +94,7 @@ TEST(Outline, IsMadeAllTheSameWhereTheLibraryWouldTakeTooLong) {
   EXPECT_FALSE(Outline::polygon(atTheEdge, {1000, 1000})) << "a million pixels";
   EXPECT_TRUE(Outline::polygon(atTheEdge, {16000, 16000}));
   std::vector<tagPOINT> jagged;
+  jagged.reserve(2000);
   for (int i = 0; i < 2000; ++i) jagged.push_back({i * 7919 % 2000, i * 104729 % 2000});
   EXPECT_FALSE(Outline::polygon(jagged, {200, 200}));
   EXPECT_TRUE(Outline::polygon(jagged, {2000, 2000}));
