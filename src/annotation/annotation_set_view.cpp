@@ -1,11 +1,11 @@
 // The view: between the picture as it is stored and the picture as it is shown.
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 #include "annotation/annotation_set.h"
 #include "annotation/display_geometry.h"
+#include "types/clamping.h"
 #include "types/wrapping.h"
 
 namespace {
@@ -16,8 +16,7 @@ long truncated(double value) {
   return std::isnan(value) ? 0 : static_cast<long>(std::clamp(value, -kLimit, kLimit));
 }
 
-int toInt(long value) { return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX)); }
-CPoint toInts(tagPOINT pt) { return {toInt(pt.x), toInt(pt.y)}; }
+CPoint toInts(tagPOINT pt) { return {clampedToInt(pt.x), clampedToInt(pt.y)}; }
 
 CSize exchangedIf(bool exchange, CSize size) { return exchange ? CSize(tagSIZE{size.cy, size.cx}) : size; }
 

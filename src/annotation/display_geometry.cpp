@@ -4,9 +4,9 @@
 #include <climits>
 #include <cmath>
 
-namespace {
+#include "types/clamping.h"
 
-int toInt(long value) { return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX)); }
+namespace {
 
 // Narrows a stretch to where start + t * d lies within [low, high].
 void narrow(Way::Stretch& stretch, double start, double d, double low, double high) {
@@ -29,7 +29,8 @@ int Truncated(double value) {
 }
 
 CPoint Moved(CPoint pt, long dx, long dy) {
-  return {toInt(long{toInt(pt.x)} + toInt(dx)), toInt(long{toInt(pt.y)} + toInt(dy))};
+  return {clampedToInt(long{clampedToInt(pt.x)} + clampedToInt(dx)),
+          clampedToInt(long{clampedToInt(pt.y)} + clampedToInt(dy))};
 }
 
 CPoint Moved(CPoint pt, CSize by) { return Moved(pt, by.cx, by.cy); }
@@ -37,7 +38,8 @@ CPoint Moved(CPoint pt, CSize by) { return Moved(pt, by.cx, by.cy); }
 CRect PlaceAt(CPoint pt) { return {pt, pt}; }
 
 CPoint MiddleOf(CPoint a, CPoint b) {
-  return {toInt((long{toInt(a.x)} + toInt(b.x)) / 2), toInt((long{toInt(a.y)} + toInt(b.y)) / 2)};
+  return {clampedToInt((long{clampedToInt(a.x)} + clampedToInt(b.x)) / 2),
+          clampedToInt((long{clampedToInt(a.y)} + clampedToInt(b.y)) / 2)};
 }
 
 Way::Way(CPoint from, CPoint to)

@@ -1,8 +1,6 @@
 #include <magick/MagickCore.h>
 
-#include <algorithm>
 #include <array>
-#include <climits>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -13,6 +11,7 @@
 #include "draw/magick_owners.h"
 #include "draw/text_face.h"
 #include "draw/text_lines.h"
+#include "types/clamping.h"
 #include "types/wrapping.h"
 
 namespace {
@@ -22,8 +21,6 @@ constexpr long kReach = 48;
 
 // The most that is drawn of one text, bytes: what runs out of every picture costs time all the same.
 constexpr std::size_t kLongestText = 4000;
-
-int toInt(long value) { return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX)); }
 
 // Where something of this extent begins when it is centred between two edges.
 long centred(long from, long to, long extent) {
@@ -115,6 +112,6 @@ int CDC::DrawText(const CString& text, tagRECT* rect, unsigned int format) {
                 static_cast<const char*>(text));
     traceFont(*m_pDrawInfo);
   }
-  if (!measureOnly) TextOut(toInt(rect->left), toInt(rect->bottom), text);
+  if (!measureOnly) TextOut(clampedToInt(rect->left), clampedToInt(rect->bottom), text);
   return low32(wrappingSubtract(rect->bottom, rect->top));
 }

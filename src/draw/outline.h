@@ -37,7 +37,8 @@ class Outline {
   static std::optional<Outline> ellipse(int cx, int cy, int rx, int ry);
   static std::optional<Outline> polyline(std::span<const tagPOINT> points);
   /// picture  size of what it will be drawn on, pixels. An outline that MagickCore would treat in a way of its own
-  ///          is made all the same where drawing it there would take too long.
+  ///          is made all the same where drawing it there would take too long; some pixels at its left
+  ///          then differ from the library's.
   static std::optional<Outline> polygon(std::span<const tagPOINT> points, tagSIZE picture);
 
   /// The rows that it can cover: all others are empty.

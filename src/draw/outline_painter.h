@@ -7,8 +7,8 @@
 
 namespace ei4 {
 
-/// Draws the outline as DrawImage does with this draw info, each pixel to the last bit, and leaves the image in
-/// the same state. The info has a primitive, an opaque stroke colour, a stroke width of 1 and no fill. The image
+/// Draws the outline as DrawImage does with this draw info, each pixel to the last bit (but see Outline::polygon),
+/// and leaves the image in the same state. The info has a primitive, an opaque stroke colour, a stroke width of 1 and no fill. The image
 /// has no fully transparent pixels: of those DrawImage clears the colour, which nobody sees, and this does not.
 /// Returns false, and has done nothing, where the library at hand draws by another law.
 bool paintOutline(Image& image, const DrawInfo& info, Outline& outline);
