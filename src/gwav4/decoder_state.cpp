@@ -32,12 +32,28 @@ void DecoderState<Positions>::placeRefinement(int plane, int order, int position
 }
 
 template <int Positions>
-OrderStreams DecoderState<Positions>::streams(int plane, int order) {
+OrderCursors DecoderState<Positions>::cursors(int plane, int order) const {
   const auto& upcoming = next[index(plane)][index(order)];
   const std::size_t first = firstOf(plane, order);
-  return {&coders[first], &streamers[first], top,
-          upcoming[index(static_cast<int>(ChunkKind::significance))] + 1,
-          upcoming[index(static_cast<int>(ChunkKind::refinement))] + 1};
+  const auto cursorOf = [](const CBitReader& reader) {
+    const CBitReader::Window window = reader.window();
+    return BitCursor{window.bytes, window.position, window.bitCount};
+  };
+  OrderCursors result;
+  result.top = top;
+  result.lowestSignificance = upcoming[index(static_cast<int>(ChunkKind::significance))] + 1;
+  result.lowestRefinement = upcoming[index(static_cast<int>(ChunkKind::refinement))] + 1;
+  for (int position = result.lowestSignificance; position <= top; ++position) {
+    const std::size_t at = index(position);
+    const CBitDecoder& coder = coders[first + at];
+    result.runs[at].bits = cursorOf(*coder.source);
+    result.runs[at].terminated = coder.terminated;
+    result.runs[at].zeros = coder.run;
+  }
+  for (int position = result.lowestRefinement; position < top; ++position) {
+    result.refinements[index(position)] = cursorOf(streamers[first + index(position)]);
+  }
+  return result;
 }
 
 template class DecoderState<16>;

@@ -7,8 +7,8 @@
 
 #include "gwav4/aligned.h"
 #include "gwav4/bit_decoder.h"
-#include "gwav4/bit_plane_row.h"
 #include "gwav4/bit_reader.h"
+#include "gwav4/block_kernel.h"
 
 namespace zel::gwav4 {
 
@@ -45,8 +45,11 @@ class DecoderState : public CAligned<8> {
   void placeSignificance(int plane, int order, int position, bool hasData, const CBitReader& reader);
   void placeRefinement(int plane, int order, int position, const CBitReader& reader);
 
-  /// What was announced for one plane and order so far.
-  OrderStreams streams(int plane, int order);
+  /// Where the streams stand that were announced for one plane and order so far.
+  OrderCursors cursors(int plane, int order) const;
+
+  /// The first significance position.
+  int topPosition() const { return top; }
 
  private:
   static constexpr std::size_t index(int i) { return static_cast<std::size_t>(i); }

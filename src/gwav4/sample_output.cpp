@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace zel::gwav4 {
@@ -58,54 +59,11 @@ Rgb toRgb(int p0, int p1, int p2) {
 /// Toward zero. Means of int samples can round up to 2^31.
 std::int64_t truncated(float mean) { return static_cast<std::int64_t>(mean); }
 
-/// Calls body(x, y, columns, rows) for each block, row by row.
-template <class T, class Body>
-void forEachBlock(const BlockSource<T>& source, Body body) {
-  const std::int64_t step = source.step;
-  for (std::int64_t y = 0; y < source.height; y += step) {
-    const std::int64_t rows = std::min(step, source.height - y);
-    for (std::int64_t x = 0; x < source.width; x += step) {
-      const std::int64_t columns = std::min(step, source.width - x);
-      body(static_cast<std::size_t>(y) * source.stride + static_cast<std::size_t>(x), columns, rows);
-    }
-  }
-}
-
-template <class T, class Pixel, class Limit>
-void storeGreyMeans(const BlockSource<T>& source, Pixel* out, Limit limit) {
-  forEachBlock(source, [&](std::size_t start, std::int64_t columns, std::int64_t rows) {
-    float sum = 0;
-    const T* row = source.planes[0] + start;
-    for (std::int64_t j = 0; j < rows; ++j, row += source.stride) {
-      for (std::int64_t i = 0; i < columns; ++i) sum += static_cast<float>(row[i]);
-    }
-    *out++ = static_cast<Pixel>(limit(truncated(sum / static_cast<float>(columns * rows))));
-  });
-}
-
-template <class T, class Limit>
-void storeColourMeans(const BlockSource<T>& source, unsigned char* out, Limit limit) {
-  forEachBlock(source, [&](std::size_t start, std::int64_t columns, std::int64_t rows) {
-    std::array<float, 3> sums{};
-    for (std::int64_t j = 0; j < rows; ++j, start += source.stride) {
-      for (std::int64_t i = 0; i < columns; ++i) {
-        const std::size_t at = start + static_cast<std::size_t>(i);
-        const Rgb pixel = toRgb(source.planes[0][at], source.planes[1][at], source.planes[2][at]);
-        sums[0] += static_cast<float>(pixel.first);
-        sums[1] += static_cast<float>(pixel.second);
-        sums[2] += static_cast<float>(pixel.third);
-      }
-    }
-    const auto samples = static_cast<float>(columns * rows);
-    for (const float sum : sums) *out++ = static_cast<unsigned char>(limit(truncated(sum / samples)));
-  });
-}
-
 }  // namespace
 
 template <class T>
 void storeGrey(const T* samples, std::size_t count, void* out, int bytesPerPixel, int bits) {
-  withLimit<int>(bits, [&](auto limit) {
+  withLimit<T>(bits, [&](auto limit) {
     if (bytesPerPixel == 1) {
       storeRow(samples, count, static_cast<std::uint8_t*>(out), limit);
     } else {
@@ -115,7 +73,7 @@ void storeGrey(const T* samples, std::size_t count, void* out, int bytesPerPixel
 }
 
 template <class T>
-void storeColour(const PlaneRows<T>& rows, std::size_t count, void* out, int bits) {
+void storeColour(const SampleRows<T>& rows, std::size_t count, void* out, int bits) {
   withLimit<int>(bits, [&](auto limit) {
     auto* to = static_cast<unsigned char*>(out);
     for (std::size_t i = 0; i < count; ++i, to += 3) {
@@ -128,23 +86,69 @@ void storeColour(const PlaneRows<T>& rows, std::size_t count, void* out, int bit
 }
 
 template <class T>
-void storeMeans(const BlockSource<T>& source, void* out, int bytesPerPixel, int bits) {
-  withLimit<std::int64_t>(bits, [&](auto limit) {
-    if (bytesPerPixel == 3) {
-      storeColourMeans(source, static_cast<unsigned char*>(out), limit);
-    } else if (bytesPerPixel == 1) {
-      storeGreyMeans(source, static_cast<std::uint8_t*>(out), limit);
-    } else {
-      storeGreyMeans(source, static_cast<std::uint16_t*>(out), limit);
+MeanRows<T>::MeanRows(int width, int height, int step, void* out, int bytesPerPixel, int bits)
+    : columns(static_cast<std::size_t>(width)),
+      rowsLeft(height),
+      blockSize(static_cast<std::size_t>(step)),
+      to(static_cast<unsigned char*>(out)),
+      pixelBytes(bytesPerPixel),
+      sampleBits(bits),
+      components(bytesPerPixel == 3 ? 3 : 1),
+      sums(components * ((columns + blockSize - 1) / blockSize)) {}
+
+template <class T>
+template <class Component>
+void MeanRows<T>::addComponent(std::size_t component, Component sampleAt) {
+  float* sum = sums.data() + component * (sums.size() / components);
+  for (std::size_t x = 0; x < columns; ++sum) {
+    const std::size_t end = std::min(x + blockSize, columns);
+    for (; x < end; ++x) *sum += static_cast<float>(sampleAt(x));
+  }
+}
+
+template <class T>
+void MeanRows<T>::add(const SampleRows<T>& rows) {
+  if (components == 1) {
+    addComponent(0, [&](std::size_t x) { return rows[0][x]; });
+  } else {
+    const auto pixel = [&](std::size_t x) { return toRgb(rows[0][x], rows[1][x], rows[2][x]); };
+    addComponent(0, [&](std::size_t x) { return pixel(x).first; });
+    addComponent(1, [&](std::size_t x) { return pixel(x).second; });
+    addComponent(2, [&](std::size_t x) { return pixel(x).third; });
+  }
+  ++rowsTaken;
+  --rowsLeft;
+  if (rowsTaken == static_cast<std::int64_t>(blockSize) || rowsLeft == 0) storeBand();
+}
+
+template <class T>
+void MeanRows<T>::storeBand() {
+  const std::size_t blocks = sums.size() / components;
+  withLimit<std::int64_t>(sampleBits, [&](auto limit) {
+    for (std::size_t i = 0; i < blocks; ++i) {
+      const std::size_t width = std::min(blockSize, columns - i * blockSize);
+      const auto samples = static_cast<float>(static_cast<std::int64_t>(width) * rowsTaken);
+      for (std::size_t c = 0; c < components; ++c) {
+        const std::int64_t mean = limit(truncated(sums[c * blocks + i] / samples));
+        if (pixelBytes == 2) {
+          const auto pixel = static_cast<std::uint16_t>(mean);
+          std::memcpy(to, &pixel, sizeof pixel);
+          to += sizeof pixel;
+        } else {
+          *to++ = static_cast<unsigned char>(mean);
+        }
+      }
     }
   });
+  std::fill(sums.begin(), sums.end(), 0.0F);
+  rowsTaken = 0;
 }
 
 template void storeGrey(const short*, std::size_t, void*, int, int);
 template void storeGrey(const int*, std::size_t, void*, int, int);
-template void storeColour(const PlaneRows<short>&, std::size_t, void*, int);
-template void storeColour(const PlaneRows<int>&, std::size_t, void*, int);
-template void storeMeans(const BlockSource<short>&, void*, int, int);
-template void storeMeans(const BlockSource<int>&, void*, int, int);
+template void storeColour(const SampleRows<short>&, std::size_t, void*, int);
+template void storeColour(const SampleRows<int>&, std::size_t, void*, int);
+template class MeanRows<short>;
+template class MeanRows<int>;
 
 }  // namespace zel::gwav4

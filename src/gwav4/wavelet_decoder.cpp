@@ -4,8 +4,6 @@
 #include <bit>
 #include <cstdint>
 
-#include "gwav4/inverse_transform.h"
-#include "gwav4/sample_output.h"
 
 namespace zel::gwav4 {
 namespace {
@@ -22,53 +20,69 @@ int lengthFieldWidth(int fullX, int fullY, bool gw40) {
   return static_cast<int>(std::bit_width(2 * samples + 1)) - 1;
 }
 
-/// Sends finished rows to the caller's pixel buffer.
-template <class T, class Pixel>
-class GreyRows final : public RowSink<T> {
- public:
-  GreyRows(Pixel* out, int rowLength, int sampleBits)
-      : to(out), width(static_cast<std::size_t>(rowLength)), bits(sampleBits) {}
-  void put(int y, const T* row) override {
-    storeGrey(row, width, to + static_cast<std::size_t>(y) * width, int{sizeof(Pixel)}, bits);
-  }
-
- private:
-  Pixel* to;
-  std::size_t width;
-  int bits;
-};
-
 }  // namespace
 
 template <class T, class Filter>
-CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX,
-                                            int fullY)
+CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX, int fullY)
     : CWavelet<T>(planeCount, xSize, ySize),
       state(new State(planeCount)),
-      rowBits(xSize, kBitPositions<T>),
       skipLevels(skip),
       fullXSize(fullX != 0 ? fullX : xSize),
       fullYSize(fullY != 0 ? fullY : ySize) {}
 
 template <class T, class Filter>
-int CWaveletDecoder<T, Filter>::transformLevels() const {
-  return levelsToInvert(std::max(decodedLevels, 0), this->width(), this->height());
+PictureSource CWaveletDecoder<T, Filter>::sourceOf(int firstPlane, int planes) const {
+  const int levels = std::max(decodedLevels, 0);
+  PictureSource source;
+  source.shape = {this->width(), this->height(), levelsToInvert(levels, this->width(), this->height()), inverted};
+  source.stopped = &stopped;
+  source.killed = &killed;
+  for (int plane = firstPlane; plane < firstPlane + planes; ++plane) {
+    const int rowEnd = rowEnds[static_cast<std::size_t>(plane)];
+    const auto cursors = [&](int order) { return rowEnd == 0 ? OrderCursors{} : state->cursors(plane, order); };
+    PlaneCursors& orders = source.planes.emplace_back();
+    for (int level = 0; level < source.shape.levels; ++level) orders.push_back(cursors(skipLevels + level));
+    orders.push_back(cursors(levelCount));  // levels that the plane is too small for hold nothing
+    source.rowEnds.push_back(rowEnd);
+  }
+  return source;
 }
 
-/// Without an output all planes are inverted in place; with one only plane 0, which goes there row by row.
+/// Makes a picture of the first plane or of all three.
+template <class T, class Filter>
+void CWaveletDecoder<T, Filter>::write(const PictureFormat& format, void* out) {
+  if (killed) return;
+  const int planes = format.bytesPerPixel == 3 ? 3 : 1;
+  bool written = false;
+  if (isNarrow()) {
+    PictureSource source = sourceOf(0, planes);
+    written = writePicture<std::int16_t>(kernels().narrow, source, format, out);
+  }
+  if (!written) {
+    PictureSource source = sourceOf(0, planes);
+    writePicture<std::int32_t>(Filter::kernel(), source, format, out);
+  }
+  if (stopped) {
+    stopped = false;
+    scanPaused = true;  // what was not read is read when it is asked for again
+    resumePlane = 0;
+    resumeRow = 0;
+  }
+}
+
+template <class T, class Filter>
+void CWaveletDecoder<T, Filter>::copyPlane(int plane, T* to) {
+  PictureSource source = sourceOf(plane, 1);
+  zel::gwav4::copyPlane(Filter::kernel(), source, to);
+}
+
+/// Without an output the planes only count as inverted.
 template <class T, class Filter>
 template <class Pixel>
 void CWaveletDecoder<T, Filter>::untransformToT_interleaved(Pixel* out, int bits) {
   if (killed) return;
-  const auto view = [this](int i) {
-    return PlaneView<T>{this->plane(i), this->width(), this->height(), this->stride()};
-  };
-  if (out != nullptr) {
-    GreyRows<T, Pixel> rows(out, this->width(), bits);
-    invertPlane<T>(view(0), transformLevels(), &rows);
-    return;
-  }
-  for (int i = 0; i < this->planeCount(); ++i) invertPlane<T>(view(i), transformLevels(), nullptr);
+  inverted = true;
+  if (out != nullptr) write({int{sizeof(Pixel)}, bits, 1}, out);
 }
 
 template <class T, class Filter>
@@ -88,19 +102,8 @@ void CWaveletDecoder<T, Filter>::untransformTo(void* out, int bytesPerPixel, int
 
 template <class T, class Filter>
 void CWaveletDecoder<T, Filter>::convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) {
-  if (killed || (bytesPerPixel == 3 && this->planeCount() != 3)) return;
-  PlaneRows<T> planes{};
-  for (int i = 0; i < this->planeCount(); ++i) planes[static_cast<std::size_t>(i)] = this->plane(i);
-  if (step > 1) {
-    storeMeans<T>({planes, this->width(), this->height(), this->stride(), step}, out, bytesPerPixel, bits);
-    return;
-  }
-  const std::size_t samples = this->stride() * static_cast<std::size_t>(this->height());
-  if (bytesPerPixel == 3) {
-    storeColour<T>(planes, samples, out, bits);
-  } else {
-    storeGrey<T>(planes[0], samples, out, bytesPerPixel, bits);
-  }
+  if (bytesPerPixel == 3 && this->planeCount() != 3) return;
+  write({bytesPerPixel, bits, step}, out);
 }
 
 template <class T, class Filter>
@@ -109,7 +112,8 @@ int CWaveletDecoder<T, Filter>::readWavelet(CBitReader& reader, int level, bool 
     status = hasDirectory ? kComplete : kPartial;
   } else {
     // A directory that was cut short is read anew: the chunks that it placed may have been exhausted since.
-    if (status != kNotDecoded) this->clear();
+    rowEnds = {};
+    inverted = false;
     resumePlane = 0;
     resumeRow = 0;
     status = kComplete;
@@ -187,14 +191,19 @@ void CWaveletDecoder<T, Filter>::readChunk(CBitReader& reader, int plane, int or
   }
 }
 
+/// The rows of each plane are scanned in order, from the resume position up to the row behind which a stop or a row limit
+/// ends the scan.
 template <class T, class Filter>
 void CWaveletDecoder<T, Filter>::scanCoefficients(int level) {
+  const std::int64_t lastRow = level < 0 ? -static_cast<std::int64_t>(level) : -1;
   for (; resumePlane < this->planeCount(); ++resumePlane) {
-    while (resumeRow < this->height()) {
-      const int y = resumeRow++;
-      scanRow(resumePlane, y);
-      if (stopped || (level < 0 && -static_cast<std::int64_t>(level) == y)) {
+    if (resumeRow < this->height()) {
+      const bool endsHere = stopped || (lastRow >= resumeRow && lastRow < this->height());
+      const int row = stopped ? resumeRow : static_cast<int>(endsHere ? lastRow : this->height() - 1);
+      rowEnds[static_cast<std::size_t>(resumePlane)] = row + 1;
+      if (endsHere) {
         stopped = false;
+        resumeRow = row + 1;
         scanPaused = resumeRow < this->height() || resumePlane + 1 < this->planeCount();
         return;
       }
@@ -202,23 +211,6 @@ void CWaveletDecoder<T, Filter>::scanCoefficients(int level) {
     resumeRow = 0;
   }
   scanPaused = false;
-}
-
-/// Coefficients of the order o stand at the odd multiples of 2^o; in the rows of their own order also at the
-/// even ones. Rows and columns count in the decoded grid, orders in the stream's.
-template <class T, class Filter>
-void CWaveletDecoder<T, Filter>::scanRow(int plane, int y) {
-  const unsigned row = static_cast<unsigned>(y) << skipLevels;
-  const int rowOrder = row == 0 ? levelCount : std::min(std::countr_zero(row), levelCount);
-  T* const samples = this->row(plane, y);
-  for (int order = skipLevels; order <= rowOrder; ++order) {
-    const int spacing = 1 << (order - skipLevels);
-    const int first = order == rowOrder ? 0 : spacing;
-    const int step = order == rowOrder ? spacing : 2 * spacing;
-    if (first >= this->width()) continue;
-    const int count = (this->width() - first + step - 1) / step;
-    rowBits.decode(state->streams(plane, order), count, samples + first, step);
-  }
 }
 
 template <class T, class Filter>

@@ -1,12 +1,14 @@
 // Coefficients of one image: read from the stream, transformed back, converted to pixels.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <memory>
 
 #include "gwav4/bit_reader.h"
 #include "gwav4/decoder_state.h"
 #include "gwav4/filter5_3.h"
+#include "gwav4/picture_writer.h"
 #include "gwav4/status.h"
 #include "gwav4/wavelet.h"
 
@@ -16,18 +18,19 @@ class IWaveletDecoder {
  public:
   virtual ~IWaveletDecoder() = default;
 
-  /// Inverse transform of every plane, in place. Does nothing once kill() was called.
+  /// From now on the planes are samples instead of coefficients. Does nothing once kill() was called.
   virtual void untransform() = 0;
 
-  /// Inverse transform of plane 0 with its samples written to `out` as packed rows, unsigned. Nothing is written once
-  /// kill() was called.
+  /// Inverse transform of plane 0 with its samples written to `out` as packed rows, unsigned. Nothing more is written
+  /// once kill() was called.
   /// out            aligned to 2 for 2 bytes per pixel.
   /// bytesPerPixel  1 or 2; 3 throws kUnsupportedOutput.
   /// bits           0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1] first.
   virtual void untransformTo(void* out, int bytesPerPixel, int bits) = 0;
 
-  /// Reads the coded data into the coefficient planes.
-  /// reader     at the first bit behind the stream header. Its block must stay alive until the scan is complete.
+  /// Reads the directory of the coded data, and settles which of the coefficients will be read when a picture is made of
+  /// them. Until then the block must stay alive.
+  /// reader     at the first bit behind the stream header.
   /// level      chunk or row limit, as in IGWavDecompressor::decompress.
   /// resumable  a final kPartial becomes kResumable.
   /// Returns a status of status.h. It does not tell whether a stop or a row limit left rows out.
@@ -37,11 +40,12 @@ class IWaveletDecoder {
   /// its first bit. Else there is nothing left to do.
   virtual int readWavelet(CBitReader& reader, int level, bool resumable) = 0;
 
-  /// Conversion of transformed planes. step, a power of two: each output pixel is the mean of a block of step x step
-  /// samples, cut at the picture's edge. Colour needs three planes; otherwise nothing is written, nor once kill() was
-  /// called.
+  /// Conversion of the planes. step, a power of two: each output pixel is the mean of a block of step x step samples, cut
+  /// at the picture's edge. Colour needs three planes; otherwise nothing is written. Nothing more is written once kill()
+  /// was called.
   virtual void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) = 0;
 
+  /// Ends the reading of coefficients: those not read yet are zeros, until readWavelet is called again.
   virtual void stop() = 0;
   virtual void kill() = 0;
 
@@ -70,24 +74,28 @@ class CWaveletDecoder final : public IWaveletDecoder, public CWavelet<T> {
   }
   void setSizeMode(bool gw40) override { sizeMode = gw40; }
 
+  /// Copies a plane as it stands: coefficients, or samples after untransform(). `to` takes width() * height() of them.
+  void copyPlane(int plane, T* to);
+
  private:
   using State = DecoderState<kBitPositions<T>>;
 
-  template <class Pixel>
-  void untransformToT_interleaved(Pixel* out, int bits);
   bool readPreamble(CBitReader& reader);
   void readDirectory(CBitReader& reader, int chunkLimit);
   void readChunk(CBitReader& reader, int plane, int order, bool refinement, std::uint64_t bits);
   void scanCoefficients(int level);
-  void scanRow(int plane, int y);
   int finish(bool resumable);
-  int transformLevels() const;
+
+  template <class Pixel>
+  void untransformToT_interleaved(Pixel* out, int bits);
+  void write(const PictureFormat& format, void* out);
+  PictureSource sourceOf(int firstPlane, int planes) const;
+  bool isNarrow() const { return state->topPosition() < kNarrowPositions; }
 
   std::atomic<bool> stopped = false;
   std::atomic<bool> killed = false;
   int status = kNotDecoded;
   std::unique_ptr<State> state;
-  BitPlaneRow rowBits;
   int skipLevels;
   int fullXSize;
   int fullYSize;
@@ -95,9 +103,11 @@ class CWaveletDecoder final : public IWaveletDecoder, public CWavelet<T> {
   int levelCount = 0;         ///< of the stream, from its preamble
   int decodedLevels = 0;      ///< levelCount less skipLevels: what there is to invert
   bool hasDirectory = false;  ///< a complete directory is held
+  bool inverted = false;      ///< the planes are samples
   bool scanPaused = false;    ///< rows are left from the resume position on
   int resumePlane = 0;
   int resumeRow = 0;
+  std::array<int, CWavelet<T>::kMostPlanes> rowEnds{};  ///< of each plane, behind the rows to be read
 };
 
 extern template class CWaveletDecoder<short, CFilter5_3<short>>;

@@ -25,6 +25,8 @@ constexpr int kFactors = 7;  // 0 to 6
 
 std::string described(const Bytes& stream, int factor, int level) {
   std::string text = "factor " + std::to_string(factor) + ", level " + std::to_string(level) + ", stream";
+  constexpr std::size_t kMostShown = 2000;
+  if (stream.size() > kMostShown) return text + " of " + std::to_string(stream.size()) + " bytes";
   for (const unsigned char byte : stream) {
     text += ' ';
     for (const int nibble : {byte >> 4, byte & 15}) text += "0123456789abcdef"[nibble];
@@ -216,6 +218,122 @@ TEST(BothDecoders, AgreeOnRandomChunks) {
     Dice dice(seed);
     ASSERT_TRUE(decodersAgree(randomChunks(dice), dice.below(kFactors))) << "seed " << seed;
   }
+}
+
+// Blocks of several words, rows beyond a word, bands that are read in several goes.
+TEST(BothDecoders, AgreeOnLargerPictures) {
+  for (unsigned seed = 20'000; seed < 20'016; ++seed) {
+    Dice dice(seed);
+    tools::EncodeOptions options = randomOptions(dice);
+    options.levels.reset();
+    const int width = dice.between(100, 400);
+    const int height = dice.between(100, 300);
+    Bytes stream =
+        tools::encode(randomPicture(dice, width, height, options.bytesPerPixel, options.bitsPerPixel), width,
+                      height, options);
+    ASSERT_TRUE(decodersAgree(stream, 0)) << "seed " << seed;
+    ASSERT_TRUE(decodersAgree(stream, dice.between(1, kFactors - 1))) << "seed " << seed;
+    ASSERT_TRUE(decodersAgree(stream, dice.below(2), -dice.between(1, height - 1))) << "seed " << seed;
+    Bytes damaged = stream;
+    flipBits(dice, damaged, kHeaderBytes + 2);
+    ASSERT_TRUE(decodersAgree(damaged, dice.below(3))) << "seed " << seed;
+    stream.resize(kHeaderBytes +
+                  static_cast<std::size_t>(dice.below(static_cast<int>(stream.size() - kHeaderBytes))));
+    ASSERT_TRUE(decodersAgree(stream, dice.below(3))) << "seed " << seed;
+  }
+}
+
+/// Squares that are either black or as bright as can be.
+Bytes starkPicture(Dice& dice, int width, int height, int bits) {
+  const int most = (1 << bits) - 1;
+  const int size = 1 << dice.below(6);
+  const unsigned salt = static_cast<unsigned>(dice.any()) | 1U;
+  Bytes pixels;
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const auto square = static_cast<unsigned>(x / size + 1000 * (y / size));
+      const int value = ((square * salt) >> 7) % 2 == 0 ? 0 : most;
+      pixels.push_back(static_cast<unsigned char>(value));
+      pixels.push_back(static_cast<unsigned char>(value >> 8));
+    }
+  }
+  return pixels;
+}
+
+TEST(BothDecoders, AgreeOnTheGreatestContrast) {
+  for (unsigned seed = 21'000; seed < 21'100; ++seed) {
+    Dice dice(seed);
+    tools::EncodeOptions options = randomOptions(dice);
+    options.levels.reset();
+    options.bytesPerPixel = 2;
+    options.bitsPerPixel = dice.between(10, 16);
+    const int longest = seed % 10 == 0 ? 300 : 80;
+    const int width = dice.between(1, longest);
+    const int height = dice.between(1, longest);
+    Bytes stream =
+        tools::encode(starkPicture(dice, width, height, options.bitsPerPixel), width, height, options);
+    ASSERT_TRUE(decodersAgree(stream, dice.below(3))) << "seed " << seed;
+    Bytes damaged = stream;
+    flipBits(dice, damaged, kHeaderBytes);
+    ASSERT_TRUE(decodersAgree(damaged, dice.below(3))) << "seed " << seed;
+    stream.resize(kHeaderBytes +
+                  static_cast<std::size_t>(dice.below(static_cast<int>(stream.size() - kHeaderBytes))));
+    ASSERT_TRUE(decodersAgree(stream, dice.below(3))) << "seed " << seed;
+  }
+}
+
+/// Streams that no picture has: coefficients of at most `top` + 1 bits, nearly all of them that large, so that the
+/// transform makes more of them than 16 bits hold.
+Bytes loudStream(Dice& dice, int top) {
+  StreamHeader header;
+  header.magic = dice.chance(2) ? Magic::GW40 : Magic::GW41;
+  header.bytesPerPixel = dice.between(1, 3);
+  header.bitsPerPixel = dice.between(1, 16);
+  header.width = dice.between(1, 100);
+  header.height = dice.between(1, 60);
+  const int levels = dice.between(1, 6);
+  tools::StreamBuilder stream(header);
+  stream.preamble(top, levels);
+  const int quiet = dice.between(2, 30);
+  for (int plane = 0; plane < (header.bytesPerPixel == 3 ? 3 : 1); ++plane) {
+    for (int order = levels; order >= 0; --order) {
+      const int side = 1 << order;
+      const int most = ((header.width + side - 1) / side) * ((header.height + side - 1) / side);
+      tools::BitWriter significance;
+      tools::BitWriter refinement;
+      for (int i = 0; i < most; ++i) {
+        significance.put(dice.chance(quiet) ? 0 : 1, 1);
+        significance.put(order == levels || dice.chance(3) ? 0 : 1, 1);
+        refinement.put(dice.byte(), 1);
+      }
+      const tools::ChunkId decided = {plane, order, tools::ChunkKind::Significance};
+      const tools::ChunkId refined = {plane, order, tools::ChunkKind::Refinement};
+      if (stream.fits(decided, significance.bitCount())) stream.chunk(decided, significance);
+      if (stream.fits(refined, refinement.bitCount())) stream.chunk(refined, refinement);
+    }
+  }
+  stream.end();
+  return stream.build();
+}
+
+TEST(BothDecoders, AgreeWhereSamplesGrowOutOfTheirBits) {
+  int beyond = 0;
+  for (unsigned seed = 22'000; seed < 22'400; ++seed) {
+    Dice dice(seed);
+    const Bytes stream = loudStream(dice, dice.between(10, 13));
+    ASSERT_TRUE(decodersAgree(stream, 0)) << "seed " << seed;
+    ASSERT_TRUE(decodersAgree(stream, dice.between(1, 3))) << "seed " << seed;
+    const DecodedPicture picture = decodeStream(stream);
+    if (picture.bytesPerPixel != 2) continue;
+    for (std::size_t i = 0; i < picture.pixels.size() / 2; ++i) {
+      const int sample = static_cast<std::int16_t>(picture.pixel16(i));
+      if (sample < -(1 << 14) || sample >= 1 << 14) {
+        ++beyond;
+        break;
+      }
+    }
+  }
+  EXPECT_GT(beyond, 40);  // of some 130 grey pictures of 16 bits
 }
 
 TEST(BothDecoders, AgreeOnEveryLimitOfTheWork) {

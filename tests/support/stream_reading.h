@@ -1,6 +1,8 @@
 // A wavelet decoder by itself, and two small streams for it.
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -12,19 +14,51 @@ namespace ei4::test {
 
 using Bytes = std::vector<unsigned char>;
 
+/// A wavelet decoder together with the streams that it was given: it reads them whenever rows are made.
 template <class T>
-using Decoder = zel::gwav4::CWaveletDecoder<T, zel::gwav4::CFilter5_3<T>>;
+class Decoder {
+ public:
+  /// As those of the decoder.
+  Decoder(int planeCount, int xSize, int ySize, int skip, int fullX, int fullY)
+      : m_Decoder(planeCount, xSize, ySize, skip, fullX, fullY) {}
+
+  int read(const Bytes& stream, int level, bool resumable) {
+    const Bytes& kept = m_Streams.emplace_back(stream);
+    zel::gwav4::CBitReader reader(kept.data() + zel::gwav4::kHeaderBytes,
+                                  kept.size() - zel::gwav4::kHeaderBytes);
+    return m_Decoder.readWavelet(reader, level, resumable);
+  }
+  std::vector<T> plane(int index) {
+    std::vector<T> all(static_cast<std::size_t>(m_Decoder.width()) *
+                       static_cast<std::size_t>(m_Decoder.height()));
+    m_Decoder.copyPlane(index, all.data());
+    return all;
+  }
+  void untransform() { m_Decoder.untransform(); }
+  void untransformTo(void* out, int bytesPerPixel, int bits) {
+    m_Decoder.untransformTo(out, bytesPerPixel, bits);
+  }
+  void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) {
+    m_Decoder.convertAndCopyTo(out, bytesPerPixel, bits, step);
+  }
+  void stop() { m_Decoder.stop(); }
+  void kill() { m_Decoder.kill(); }
+  void setSizeMode(bool gw40) { m_Decoder.setSizeMode(gw40); }
+
+ private:
+  zel::gwav4::CWaveletDecoder<T, zel::gwav4::CFilter5_3<T>> m_Decoder;
+  std::deque<Bytes> m_Streams;  ///< references into a deque stay valid
+};
 
 template <class T>
 int readStream(Decoder<T>& decoder, const Bytes& stream, int level = 0, bool resumable = false) {
-  using zel::gwav4::kHeaderBytes;
-  zel::gwav4::CBitReader reader(stream.data() + kHeaderBytes, stream.size() - kHeaderBytes);
-  return decoder.readWavelet(reader, level, resumable);
+  return decoder.read(stream, level, resumable);
 }
 
+/// A plane as it stands: coefficients, or samples once it is untransformed.
 template <class T>
 std::vector<T> coefficients(Decoder<T>& decoder, int plane = 0) {
-  return {decoder.plane(plane), decoder.row(plane, decoder.height())};
+  return decoder.plane(plane);
 }
 
 inline constexpr StreamHeader kLine = {Magic::GW41, 1, 8, 3, 1};    // three coefficients of order 0
