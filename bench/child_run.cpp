@@ -16,7 +16,7 @@ double milliseconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
 }
 
-[[noreturn]] void becomeProgram(const std::vector<std::string>& words) {
+[[noreturn]] void becomeProgram(const Words& words) {
   std::vector<char*> arguments;
   arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
@@ -27,15 +27,9 @@ double milliseconds(const timeval& time) {
   _exit(127);
 }
 
-double medianOf(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
 }  // namespace
 
-RunCost runOnce(const std::vector<std::string>& words) {
+RunCost runOnce(const Words& words) {
   const auto start = std::chrono::steady_clock::now();
   const pid_t child = fork();
   if (child == 0) becomeProgram(words);
@@ -52,17 +46,41 @@ RunCost runOnce(const std::vector<std::string>& words) {
           static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
-RunCost medianRun(const std::vector<std::string>& words, int runs) {
-  std::vector<double> elapsed;
-  std::vector<double> cpu;
-  std::vector<double> peak;
-  for (int i = 0; i < runs; ++i) {
-    const RunCost cost = runOnce(words);
-    elapsed.push_back(cost.milliseconds);
-    cpu.push_back(cost.cpuMilliseconds);
-    peak.push_back(cost.peakMebibytes);
+std::vector<RunCost> runInTurns(const std::vector<Words>& programs, int runs) {
+  std::vector<RunCost> best;
+  best.reserve(programs.size());
+  for (const Words& words : programs) best.push_back(runOnce(words));
+  for (int run = 1; run < runs; ++run) {
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+      const RunCost cost = runOnce(programs[i]);
+      best[i] = {.milliseconds = std::min(best[i].milliseconds, cost.milliseconds),
+                 .cpuMilliseconds = std::min(best[i].cpuMilliseconds, cost.cpuMilliseconds),
+                 .peakMebibytes = std::max(best[i].peakMebibytes, cost.peakMebibytes)};
+    }
   }
-  return {medianOf(elapsed), medianOf(cpu), medianOf(peak)};
+  return best;
+}
+
+double inChild(const std::function<double()>& measure) {
+  int ends[2];
+  if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+  const pid_t child = fork();
+  if (child == 0) {
+    try {
+      const double result = measure();
+      _exit(write(ends[1], &result, sizeof result) == sizeof result ? 0 : 1);
+    } catch (const std::exception&) {
+      _exit(1);
+    }
+  }
+  close(ends[1]);
+  double result = 0;
+  const bool arrived = child > 0 && read(ends[0], &result, sizeof result) == sizeof result;
+  close(ends[0]);
+  int status = 0;
+  if (child > 0) waitpid(child, &status, 0);
+  if (!arrived || status != 0) throw std::runtime_error("a measurement failed");
+  return result;
 }
 
 }  // namespace ei4::bench

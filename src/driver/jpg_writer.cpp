@@ -1,6 +1,8 @@
 #include "driver/jpg_writer.h"
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "driver/magick_image.h"
 #include "driver/options.h"
@@ -8,16 +10,31 @@
 
 namespace {
 
+// True when nothing in the path but its extension means anything to the library: it is made of letters, digits
+// and a few marks.
+bool isPlain(const char* path) {
+  const auto plain = [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
+           c == '.' || c == '_' || c == '-';
+  };
+  const std::string_view name = path;
+  return std::all_of(name.begin(), name.end(), plain) && name != ".jpg" && !name.ends_with("/.jpg");
+}
+
 // Words the path so that the library writes a JPEG into the file of exactly this name. Left alone, it would
 // take "png:x.jpg" for a format and a name, ".jpg" for a name without an extension, "|x.jpg" and "fd:1.jpg"
 // for places to write to, and "%d" for the picture's number. False for a name that is then too long.
+//
+// A plain path goes without the format in front of it, which has the library read its list of other programs
+// for formats: a twentieth of a thumbnail's time.
 bool setOutputName(ei4::NameField& field, const char* path) {
   std::string name = *path == '/' ? "" : "./";
   for (const char* c = path; *c != '\0'; ++c) {
     name += *c;
     if (*c == '%') name += '%';
   }
-  return ei4::setName(field, "jpg:", name.c_str());
+  if (!ei4::setName(field, "jpg:", name.c_str())) return false;
+  return !isPlain(path) || ei4::setName(field, "", name.c_str());
 }
 
 // The result of the writing is not asked for: see the quirk at the callers.

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "draw/font_folder.h"
+#include "driver/heap.h"
 #include "driver/options.h"
 #include "driver/paths.h"
 #include "driver/prep_ei4.h"
@@ -17,7 +18,6 @@ namespace {
 
 // MagickCore sets its own signal handlers, which remove its temporary files.
 void startMagickCore(const char* program) {
-  AddFontFolder();
   MagickCoreGenesis(program, MagickTrue);
   SetMagickResourceLimit(ThreadResource, 1);  // a short run never earns back what a pool of threads costs
 }
@@ -27,6 +27,7 @@ void startMagickCore(const char* program) {
 enum class Outcome { done, failedSilently, failed, failedEarly };
 
 Outcome makeReportPicture() {
+  AddFontFolder();  // only these pictures show text
   if (bDstSize == 0) csDst = CSize(0, 0);
   return CreateReportImageFile(szInFile, nInputColorType, csSrc, szOutFile, csDst, m_bHasJpgQuality,
                                static_cast<unsigned>(m_nJpgQuality), szReportFile, dIntercept, dSlope) != 0
@@ -51,6 +52,7 @@ Outcome runJob() {
     const CSize* target = bDstSize != 0 && szReportFile == nullptr ? &csDst : nullptr;
     if (!PrepEI4(szInFile, bBlob, target)) return Outcome::failedEarly;
   }
+  if (!pImageFromEI4) ei4::prepareHeap(csSrc, 0);
   return szReportFile != nullptr ? makeReportPicture() : convertImage();
 }
 

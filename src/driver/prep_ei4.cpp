@@ -10,6 +10,7 @@
 #include "container/blob_reader.h"
 #include "container/file_reader.h"
 #include "container/serial_reader.h"
+#include "driver/heap.h"
 #include "driver/jpg_writer.h"
 #include "driver/paths.h"
 #include "driver/settings.h"
@@ -112,14 +113,14 @@ int bufferSize(int length, int readBudget, int targetWidth) {
   return static_cast<int>(std::min<std::int64_t>(length, wanted));
 }
 
-// The stream header and as much of the coded data as is to be had, `coded` bytes. Closes the source.
+// The stream header and as much of the coded data as is to be had, `coded` bytes, at most `size` bytes together.
+// Closes the source.
 struct Stream {
   std::unique_ptr<unsigned char[]> bytes;
   int coded;
 };
 
-Stream readStream(std::unique_ptr<SerialReader> source, const Plan& plan, int targetWidth) {
-  const int size = bufferSize(source->getLength(), plan.readBudget, targetWidth);  // at least 32
+Stream readStream(std::unique_ptr<SerialReader> source, const Plan& plan, int size) {
   Stream stream{std::unique_ptr<unsigned char[]>(new unsigned char[static_cast<std::size_t>(size)]), 0};
   std::copy(plan.header.begin(), plan.header.end(), stream.bytes.get());
   stream.coded = std::min(source->readBytes(stream.bytes.get(), kHeader, size - kHeader), size - kHeader);
@@ -164,13 +165,16 @@ bool PrepEI4(const char* path, bool blob, const CSize* target) {
   // Without one the conversion goes on to read the same path as a raw image.
   pImageFromEI4.reset();
   if (isRefusedJpg(csSrc)) return true;
-  const Stream stream = readStream(std::move(source), plan, targetWidth);
+  const int size = bufferSize(source->getLength(), plan.readBudget, targetWidth);  // at least 32
+  ei4::prepareHeap(csSrc, static_cast<std::size_t>(size));
+  // The image first: what the stream and the decoding leave behind is then in one piece for the painting.
+  const COLOR_TYPE colorType = colorTypeOf(plan.bytesPerPixel);
+  auto image = CreateDicomImage(colorType);
+  const bool hasPixels = image && image->Create(plan.width, plan.height) != 0;
+  const Stream stream = readStream(std::move(source), plan, size);
   if (stream.coded < 1) return true;
 
-  nInputColorType = colorTypeOf(plan.bytesPerPixel);
-  auto image = CreateDicomImage(nInputColorType);
-  if (image && image->Create(plan.width, plan.height) != 0 && decode(stream, plan.factor, *image)) {
-    pImageFromEI4 = std::move(image);
-  }
+  nInputColorType = colorType;
+  if (hasPixels && decode(stream, plan.factor, *image)) pImageFromEI4 = std::move(image);
   return true;
 }

@@ -1,5 +1,7 @@
 #include "driver/process.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -31,6 +33,30 @@ std::optional<COLOR_TYPE> outputType(bool isJpg, COLOR_TYPE inType, bool hasOutT
 bool fit(const CDicomImage& image, CSize box, CSize& fitted) {
   fitted = image.EncapsulatedSize(box);
   return fitted != CSize(0, 0) || box == image.m_Size;  // an empty picture fits an empty box
+}
+
+template <class Sample>
+void mapSamples(CDicomImage& image, const void* table) {
+  auto* samples = reinterpret_cast<Sample*>(image.m_pBuffer);
+  const auto* entries = static_cast<const Sample*>(table);
+  const std::size_t count = image.m_nBufferSize / sizeof(Sample);
+  for (std::size_t i = 0; i < count; ++i) samples[i] = entries[samples[i]];
+}
+
+// Maps a grey image through the table where it stands: what painting it at its own size and format comes to,
+// without a second picture in memory. False for colour and for a picture without pixels, which are painted.
+bool mapInPlace(CDicomImage& image, const void* table) {
+  if (image.m_nBufferSize == 0) return false;
+  switch (image.GetColorType()) {
+    case COLOR_TYPE_M08:
+      mapSamples<std::uint8_t>(image, table);
+      return true;
+    case COLOR_TYPE_M16:
+      mapSamples<std::uint16_t>(image, table);
+      return true;
+    default:
+      return false;
+  }
 }
 
 // Paints the whole image into a new one. Null when that fails.
@@ -67,8 +93,7 @@ int ProcessImage(const char* szIn, const char* szOut, CSize csSource, int bHasGe
   }
 
   if (isJpg && bHasGeom == 0 && !JpgTakes(csSource)) return 0;  // before it costs anything
-  const auto image =
-      pImageFromEI4 ? std::move(pImageFromEI4) : ReadDicomImage(szIn, csSource, nInType, nullptr);
+  auto image = pImageFromEI4 ? std::move(pImageFromEI4) : ReadDicomImage(szIn, csSource, nInType, nullptr);
   if (!image) return 0;
   csOut = csSource;
   if (bHasGeom != 0 && !fit(*image, csGeom, csOut)) return 0;
@@ -83,11 +108,17 @@ int ProcessImage(const char* szIn, const char* szOut, CSize csSource, int bHasGe
   }
 
   std::unique_ptr<CDicomImage> painted;
-  if (table || csOut != csSource || *type != nInType) {
+  const bool resized = csOut != csSource || image->m_Size != csSource;
+  const bool mapped = table && !resized && *type == nInType && mapInPlace(*image, table.get());
+  if ((table && !mapped) || csOut != csSource || *type != nInType) {
     painted = paint(*image, csOut, table.get(), nEncapsulate, *type);
     if (!painted) return 0;
   }
 
+  if (painted) {  // the writing needs memory of its own
+    image.reset();
+    table.reset();
+  }
   const CDicomImage& result = painted ? *painted : *image;
   return isJpg ? jpgCompress(&result, szOut, nQuality) : result.SaveToFile(szOut);
 }

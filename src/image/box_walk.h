@@ -11,6 +11,12 @@ struct BoxSpan {
   std::int64_t fullBegin, full;
   std::int64_t end, last;
 
+  bool IsEmpty() const { return first == 0 && full == 0 && last == 0; }
+
+  /// What is touched lies at First() <= i < Last(); for spans that are not empty.
+  std::int64_t First() const { return first != 0 ? begin : full != 0 ? fullBegin : end; }
+  std::int64_t Last() const { return last != 0 ? end + 1 : full != 0 ? fullBegin + full : begin + 1; }
+
   /// Drops what lies at or behind `limit`: it reads as 0.
   void CutAt(std::int64_t limit) {
     if (begin >= limit) first = 0;

@@ -4,17 +4,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "image/box_walk.h"
-#include "image/image_line.h"
+#include "image/column_blend.h"
+#include "image/paint_kernels.h"
 #include "image/paint_sampled.h"
 #include "image/pixel.h"
 
 namespace {
 
-// Sums of samples times weights stay exact, in 64-bit integers and in doubles, while
-// the divisor is this small.
+// Sums of samples times weights stay exact in doubles while the divisor is this small.
 constexpr std::int64_t kLargestDivisor = 0x1010100;
 constexpr std::int64_t kHalvedOnce = 0x2020201;
 
@@ -38,37 +39,45 @@ Samples replicatedSamples(int firstDisplayed, int firstSource, int count, int ti
 }
 
 /// Box averaging: source rows are summed up column by column first, then the sums are gathered across.
-template <class Source, class Accumulator, class Sum>
+template <class Source>
 class Averager {
  public:
   Averager(const PaintJob<Source>& job, BoxWalk columns, BoxWalk rows, std::int64_t divisor)
-      : m_job(job),
-        m_rows(rows),
-        m_columnWidth(static_cast<std::uint64_t>(columns.refill)),
-        m_divisor(divisor) {
+      : m_job(job), m_rows(rows), m_columnWidth(static_cast<double>(columns.refill)), m_divisor(divisor) {
     const std::int64_t available = job.sourceSize.cx - job.geometry.nSrcX0;
-    std::int64_t reach = 0;
     m_spans.reserve(static_cast<std::size_t>(job.geometry.nDstCols));
+    std::int64_t widest = 1;
+    std::int64_t reach = 0;
     for (int i = 0; i < job.geometry.nDstCols; ++i) {
       BoxSpan span = columns.Next();
       span.CutAt(available);
-      if (span.first != 0) reach = span.begin + 1;
-      if (span.full != 0) reach = span.fullBegin + span.full;
-      if (span.last != 0) reach = span.end + 1;
+      if (!span.IsEmpty()) reach = span.Last();
+      widest = std::max(widest, span.Last() - span.First());
       m_spans.push_back(span);
     }
-    m_reach = static_cast<int>(reach);
-    m_sums.resize(static_cast<std::size_t>(reach) * Source::kComponents);
+    m_columns = static_cast<std::size_t>(reach);
+    m_sums.resize(m_columns * Source::kComponents + kSumsReadAhead);
     m_values.resize(m_spans.size());
+    if (widest <= WeightedColumns::kMostTaps) MakeBlend(static_cast<int>(widest));
   }
 
   void Paint() {
     for (int row = 0; row < m_job.geometry.nDstRows; ++row) {
       BoxSpan span = m_rows.Next();
       span.CutAt(m_job.sourceSize.cy);
-      SumRows(span);
-      std::transform(m_spans.begin(), m_spans.end(), m_values.begin(),
-                     [this](const BoxSpan& columns) { return Mean(columns); });
+      if (span.IsEmpty()) {
+        std::fill(m_sums.begin(), m_sums.end(), 0.0);
+      } else {
+        SumRows({Line(span.begin), span.first, Line(span.fullBegin), Stride(), span.full, m_rows.refill,
+                 Line(span.end), span.last},
+                m_columns * Source::kComponents, m_sums.data());
+      }
+      if (m_blend) {
+        m_blend->Blend(m_sums.data(), m_values.data());
+      } else {
+        std::transform(m_spans.begin(), m_spans.end(), m_values.begin(),
+                       [this](const BoxSpan& columns) { return Mean(columns); });
+      }
       m_job.sink.Store(row, m_values.data());
     }
   }
@@ -76,67 +85,65 @@ class Averager {
  private:
   using Component = typename Source::Component;
 
+  /// Null for rows outside, which have no weight.
   const Component* Line(std::int64_t row) const {
-    const Source* line =
-        GetImageLine<Source>(m_job.source, m_job.sourceSize, m_job.geometry.nSrcX0, static_cast<int>(row),
-                             m_reach, nullptr);  // wholly inside: no copy
+    if (row >= m_job.sourceSize.cy) return nullptr;
+    const Source* line = m_job.source + row * m_job.sourceSize.cx + m_job.geometry.nSrcX0;
     return reinterpret_cast<const Component*>(line);
   }
 
-  /// The order does not matter to exact sums, so rows of equal weight are added
-  /// plainly and weighted together.
-  void SumRows(const BoxSpan& rows) {
-    std::fill(m_sums.begin(), m_sums.end(), Sum{0});
-    for (std::int64_t row = rows.fullBegin; row < rows.fullBegin + rows.full; ++row) {
-      const Component* line = Line(row);
-      for (std::size_t i = 0; i < m_sums.size(); ++i) m_sums[i] += line[i];
-    }
-    if (rows.full != 0) {
-      for (Sum& sum : m_sums) sum *= static_cast<Sum>(m_rows.refill);
-    }
-    if (rows.first != 0) AddRow(rows.begin, rows.first);
-    if (rows.last != 0) AddRow(rows.end, rows.last);
-  }
+  std::ptrdiff_t Stride() const { return m_job.sourceSize.cx * Source::kComponents; }
 
-  void AddRow(std::int64_t row, std::int64_t rowWeight) {
-    const Component* line = Line(row);
-    const Sum weight = static_cast<Sum>(rowWeight);
-    for (std::size_t i = 0; i < m_sums.size(); ++i) m_sums[i] += weight * line[i];
+  /// With few columns to a pixel their weights are written out.
+  void MakeBlend(int most) {
+    m_blend.emplace(most, Source::kComponents, m_spans.size(), m_divisor);
+    for (const BoxSpan& span : m_spans) {
+      if (span.IsEmpty()) {
+        m_blend->Add(0);
+        continue;
+      }
+      double* weights = m_blend->Add(static_cast<int>(span.First()));
+      const auto weigh = [&](std::int64_t column, double weight) {
+        weights[column - span.First()] += weight;
+      };
+      if (span.first != 0) weigh(span.begin, static_cast<double>(span.first));
+      for (std::int64_t i = 0; i < span.full; ++i) weigh(span.fullBegin + i, m_columnWidth);
+      if (span.last != 0) weigh(span.end, static_cast<double>(span.last));
+    }
   }
 
   Source Mean(const BoxSpan& columns) const {
-    Accumulator pixel;
+    const auto divide = TruncatingDivision::By(m_divisor);
     Source value;
     auto* components = reinterpret_cast<Component*>(&value);
     for (int c = 0; c < Source::kComponents; ++c) {
-      const auto sumOf = [this, c](std::int64_t column) -> std::uint64_t {
+      const auto sumOf = [this, c](std::int64_t column) {
         return m_sums[static_cast<std::size_t>(column * Source::kComponents + c)];
       };
-      std::uint64_t sum = 0;
+      double sum = 0;
       for (std::int64_t i = 0; i < columns.full; ++i) sum += sumOf(columns.fullBegin + i);
       sum *= m_columnWidth;
-      if (columns.first != 0) sum += static_cast<std::uint64_t>(columns.first) * sumOf(columns.begin);
-      if (columns.last != 0) sum += static_cast<std::uint64_t>(columns.last) * sumOf(columns.end);
-      using Wide = typename Accumulator::Sum;
-      pixel.sums[c] = static_cast<Wide>(sum);
-      components[c] = static_cast<Component>(pixel.sums[c] / static_cast<Wide>(m_divisor));
+      if (columns.first != 0) sum += static_cast<double>(columns.first) * sumOf(columns.begin);
+      if (columns.last != 0) sum += static_cast<double>(columns.last) * sumOf(columns.end);
+      components[c] = static_cast<Component>(divide(sum));
     }
     return value;
   }
 
   const PaintJob<Source>& m_job;
   BoxWalk m_rows;
-  std::uint64_t m_columnWidth;
+  double m_columnWidth;
   std::int64_t m_divisor;
-  int m_reach;  ///< source columns needed, from nSrcX0 on
+  std::size_t m_columns;  ///< source columns needed, from nSrcX0 on
   std::vector<BoxSpan> m_spans;
-  std::vector<Sum> m_sums;  ///< by source column and component
+  std::optional<ColumnBlend> m_blend;
+  std::vector<double> m_sums;  ///< by source column and component
   std::vector<Source> m_values;
 };
 
 }  // namespace
 
-template <class Source, class Accumulator>
+template <class Source>
 int PaintAveraged(const PaintJob<Source>& job) {
   const PaintGeometry& g = job.geometry;
   if (const int times = wholeZoom(g.zoom); times != 0) {
@@ -162,15 +169,10 @@ int PaintAveraged(const PaintJob<Source>& job) {
   }
   if (columns.refill == 0 || rows.refill == 0) return 0;  // the walk would stand still for ever
 
-  constexpr std::int64_t kLargestSample = std::numeric_limits<typename Source::Component>::max();
-  if (rows.unit <= std::numeric_limits<std::uint32_t>::max() / kLargestSample) {
-    Averager<Source, Accumulator, std::uint32_t>(job, columns, rows, divisor).Paint();
-  } else {
-    Averager<Source, Accumulator, std::uint64_t>(job, columns, rows, divisor).Paint();
-  }
+  Averager<Source>(job, columns, rows, divisor).Paint();
   return 1;
 }
 
-template int PaintAveraged<CPixelM08, CPixelDDD>(const PaintJob<CPixelM08>&);
-template int PaintAveraged<CPixelM16, CPixelDDD>(const PaintJob<CPixelM16>&);
-template int PaintAveraged<CPixelC08, CPixelCCC>(const PaintJob<CPixelC08>&);
+template int PaintAveraged<CPixelM08>(const PaintJob<CPixelM08>&);
+template int PaintAveraged<CPixelM16>(const PaintJob<CPixelM16>&);
+template int PaintAveraged<CPixelC08>(const PaintJob<CPixelC08>&);

@@ -20,14 +20,14 @@ std::ptrdiff_t rowAdvance(const PaintGeometry& g) {
                                        static_cast<std::uint32_t>(g.nDstCols));
 }
 
-template <class Source, class Accumulator>
+template <class Source>
 int paint(const PaintJob<Source>& job, int mode) {
   if (mode == 0) {
     PaintNearest(job);
     return 1;
   }
   if (job.sourceSize.cx > job.displayedSize.cx || job.sourceSize.cy > job.displayedSize.cy) {
-    return PaintAveraged<Source, Accumulator>(job);
+    return PaintAveraged(job);
   }
   PaintInterpolated(job);
   return 1;
@@ -46,9 +46,9 @@ int PaintImage_(const Source* src, CSize srcSize, Destination* dst, CSize dstSiz
                          g.nDispY0, g.nDispY1, start, g.nDstStepX, g.nDstStepRow, background, g.bPainted);
   if (g.bPainted == 0 || g.nDstCols == 0 || g.nDstRows == 0) return 1;
   try {
-    const DestinationWalk walk{start - dst, g.nDstStepX, rowAdvance(g), g.nDstCols};
+    const DestinationWalk walk{start - dst, g.nDstStepX, rowAdvance(g), g.nDstCols, g.nDstRows};
     const auto sink = MakeRowSink<Source>(dst, walk, table);
-    return paint<Source, Accumulator>({src, srcSize, displayedSize, g, *sink}, mode);
+    return paint<Source>({src, srcSize, displayedSize, g, *sink}, mode);
   } catch (const std::bad_alloc&) {
     return 0;
   }

@@ -9,6 +9,7 @@
 /// Paints `src` into `dst`; the arguments mean what they mean for CDicomImage::PaintImage. The published
 /// name is _PaintImage; a leading underscore before a capital is reserved to the compiler, so the
 /// underscore stands behind.
+/// Accumulator  names the format of the sums: whole numbers that a double holds exactly, kept as such.
 /// src  srcSize.cx * srcSize.cy pixels, rows on end.
 /// dst  room for dstSize.cx * dstSize.cy pixels, all of which are written.
 ///      Quirk no-table-keeps-source-pixels: from CPixelM16 or CPixelC08 into CPixelM08 without a table, room

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "image/column_blend.h"
+#include "image/paint_kernels.h"
 #include "image/paint_sampled.h"
 #include "image/pixel.h"
 
@@ -16,8 +18,8 @@ constexpr double kWholeEnough = 0.01;
 
 /// The source pixels before and at one destination pixel along an axis, with their shares of the blend.
 struct Tap {
-  std::int64_t before, at;
-  double weightBefore, weightAt;
+  std::int64_t before, at;  ///< the same pixel at an edge, else neighbours
+  std::int64_t weightBefore, weightAt;
 };
 
 /// Runs a phase down along one axis; the phase is the weight of the earlier of two source pixels.
@@ -33,8 +35,8 @@ class TapWalk {
   }
 
   Tap Next() {
-    const Tap tap{std::clamp<std::int64_t>(m_position - 1, 0, m_last), std::min(m_position, m_last),
-                  static_cast<double>(m_phase), static_cast<double>(m_denominator - m_phase)};
+    const Tap tap{std::clamp<std::int64_t>(m_position - 1, 0, m_last), std::min(m_position, m_last), m_phase,
+                  m_denominator - m_phase};
     m_phase -= m_step;
     if (m_phase < 1) Advance();
     return tap;
@@ -69,25 +71,69 @@ Samples followingSamples(int first, int count, long size) {
   return samples;
 }
 
+/// The blend as it is defined, one pixel after another and in this order, as doubles may have to round.
 template <class Source>
-void blendRow(const Source* above, const Source* below, const Tap& row, const std::vector<Tap>& columns,
-              double divisor, Source* values) {
+void blendInOrder(const Source* above, const Source* below, const Tap& row, const std::vector<Tap>& columns,
+                  double divisor, Source* values) {
   using Component = typename Source::Component;
   const auto* upper = reinterpret_cast<const Component*>(above);
   const auto* lower = reinterpret_cast<const Component*>(below);
   auto* out = reinterpret_cast<Component*>(values);
+  const auto rowBefore = static_cast<double>(row.weightBefore);
+  const auto rowAt = static_cast<double>(row.weightAt);
   for (const Tap& column : columns) {
-    const Component* upperBefore = upper + column.before * Source::kComponents;
-    const Component* upperAt = upper + column.at * Source::kComponents;
-    const Component* lowerBefore = lower + column.before * Source::kComponents;
-    const Component* lowerAt = lower + column.at * Source::kComponents;
+    const auto columnBefore = static_cast<double>(column.weightBefore);
+    const auto columnAt = static_cast<double>(column.weightAt);
+    const std::int64_t before = column.before * Source::kComponents;
+    const std::int64_t at = column.at * Source::kComponents;
     for (int c = 0; c < Source::kComponents; ++c) {
-      const double sum = upperBefore[c] * row.weightBefore * column.weightBefore +
-                         upperAt[c] * row.weightBefore * column.weightAt +
-                         lowerBefore[c] * row.weightAt * column.weightBefore +
-                         lowerAt[c] * row.weightAt * column.weightAt;
+      const double sum = upper[before + c] * rowBefore * columnBefore + upper[at + c] * rowBefore * columnAt +
+                         lower[before + c] * rowAt * columnBefore + lower[at + c] * rowAt * columnAt;
       *out++ = static_cast<Component>(sum / divisor);
     }
+  }
+}
+
+/// Denominators whose sums a double may have to round.
+template <class Source>
+void paintInOrder(const PaintJob<Source>& job, TapWalk& rows, const std::vector<Tap>& columns,
+                  double divisor) {
+  const long width = job.sourceSize.cx;
+  std::vector<Source> values(columns.size());
+  for (int i = 0; i < job.geometry.nDstRows; ++i) {
+    const Tap row = rows.Next();
+    blendInOrder(job.source + row.before * width, job.source + row.at * width, row, columns, divisor,
+                 values.data());
+    job.sink.Store(i, values.data());
+  }
+}
+
+/// Exact sums may be added up in any order: source rows first, then across.
+template <class Source>
+void paintExactly(const PaintJob<Source>& job, TapWalk& rows, const std::vector<Tap>& columns,
+                  std::int64_t divisor) {
+  using Component = typename Source::Component;
+  constexpr int kNeighbours = 2;
+  const std::int64_t width = job.sourceSize.cx;
+  const std::int64_t first = columns.front().before;
+  const auto count = static_cast<std::size_t>((columns.back().at + 1 - first) * Source::kComponents);
+  ColumnBlend blend(kNeighbours, Source::kComponents, columns.size(), divisor);
+  for (const Tap& column : columns) {
+    double* weights = blend.Add(static_cast<int>(column.before - first));
+    weights[0] = static_cast<double>(column.weightBefore);
+    weights[column.at - column.before] += static_cast<double>(column.weightAt);
+  }
+  std::vector<double> sums(count + kSumsReadAhead);
+  std::vector<Source> values(columns.size());
+  const auto line = [&](std::int64_t row) {
+    return reinterpret_cast<const Component*>(job.source + row * width + first);
+  };
+  for (int i = 0; i < job.geometry.nDstRows; ++i) {
+    const Tap row = rows.Next();
+    SumRows({line(row.before), row.weightBefore, nullptr, 0, 0, 0, line(row.at), row.weightAt}, count,
+            sums.data());
+    blend.Blend(sums.data(), values.data());
+    job.sink.Store(i, values.data());
   }
 }
 
@@ -113,13 +159,11 @@ void PaintInterpolated(const PaintJob<Source>& job) {
   TapWalk rowWalk(down.denominator, down.step, g.nDispY0, g.nSrcY0, size.cy);
   std::vector<Tap> columns(static_cast<std::size_t>(g.nDstCols));
   std::generate(columns.begin(), columns.end(), [&columnWalk] { return columnWalk.Next(); });
-  std::vector<Source> values(columns.size());
-  const double divisor = static_cast<double>(across.denominator) * static_cast<double>(down.denominator);
-  for (int i = 0; i < g.nDstRows; ++i) {
-    const Tap row = rowWalk.Next();
-    blendRow(job.source + row.before * size.cx, job.source + row.at * size.cx, row, columns, divisor,
-             values.data());
-    job.sink.Store(i, values.data());
+  if (across.denominator > kLargestDenominator) {  // a whole zoom: the same both ways
+    const auto denominator = static_cast<double>(across.denominator);
+    paintInOrder(job, rowWalk, columns, denominator * denominator);
+  } else {
+    paintExactly(job, rowWalk, columns, across.denominator * down.denominator);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <vector>
 
 #include "image/pixel.h"
 
@@ -47,6 +48,7 @@ struct WithoutTable {
   }
 };
 
+/// Rows to rows, forwards or backwards.
 template <class Source, class Destination, class Convert>
 class ConvertingSink final : public RowSink<Source> {
  public:
@@ -58,9 +60,10 @@ class ConvertingSink final : public RowSink<Source> {
     const std::ptrdiff_t columns = m_walk.columns;
     if (m_walk.stepX == 1) {
       std::transform(values, values + columns, out, m_convert);
-      return;
+    } else {
+      const Convert convert = m_convert;
+      for (std::ptrdiff_t i = 0; i < columns; ++i) out[-i] = convert(values[i]);
     }
-    for (std::ptrdiff_t i = 0; i < columns; ++i) out[i * m_walk.stepX] = m_convert(values[i]);
   }
 
  private:
@@ -68,6 +71,65 @@ class ConvertingSink final : public RowSink<Source> {
   DestinationWalk m_walk;
   Convert m_convert;
 };
+
+/// Rows to columns. A column's pixels lie a destination row apart each, so that every store would
+/// meet another cache line; some rows are collected and stored together, pixels side by side.
+template <class Source, class Destination, class Convert>
+class TurningSink final : public RowSink<Source> {
+ public:
+  TurningSink(Destination* destination, const DestinationWalk& walk, Convert convert)
+      : m_destination(destination),
+        m_walk(walk),
+        m_convert(convert),
+        m_collected(static_cast<std::size_t>(walk.columns) *
+                    static_cast<std::size_t>(std::min(kRows, walk.rows))) {}
+
+  void Store(int row, const Source* values) const override {
+    const int place = row % kRows;
+    std::transform(values, values + m_walk.columns,
+                   m_collected.begin() + std::ptrdiff_t{place} * m_walk.columns, m_convert);
+    if (place == kRows - 1 || row == m_walk.rows - 1) StoreCollected(row - place, place + 1);
+  }
+
+ private:
+  static constexpr int kRows = 16;
+
+  /// Of the collected rows, of which the first is `row`.
+  void StoreCollected(int row, int count) const {
+    Destination* out = m_destination + m_walk.start + row * m_walk.rowAdvance;
+    const std::ptrdiff_t columns = m_walk.columns;
+    const Destination* in = m_collected.data();
+    if (count == kRows) {
+      // rowAdvance is 1 or -1
+      if (m_walk.rowAdvance < 0) out -= kRows - 1;
+      for (std::ptrdiff_t i = 0; i < columns; ++i) {
+        for (int r = 0; r < kRows; ++r)
+          out[r] = in[(m_walk.rowAdvance < 0 ? kRows - 1 - r : r) * columns + i];
+        out += m_walk.stepX;
+      }
+      return;
+    }
+    for (std::ptrdiff_t i = 0; i < columns; ++i) {
+      for (int r = 0; r < count; ++r) out[r * m_walk.rowAdvance] = in[r * columns + i];
+      out += m_walk.stepX;
+    }
+  }
+
+  Destination* m_destination;
+  DestinationWalk m_walk;
+  Convert m_convert;
+  mutable std::vector<Destination> m_collected;
+};
+
+/// The sink for a walk whose neighbours are one pixel apart in one direction or the other.
+template <class Source, class Destination, class Convert>
+std::unique_ptr<RowSink<Source>> makeConvertingSink(Destination* destination, const DestinationWalk& walk,
+                                                    Convert convert) {
+  if (walk.stepX == 1 || walk.stepX == -1) {
+    return std::make_unique<ConvertingSink<Source, Destination, Convert>>(destination, walk, convert);
+  }
+  return std::make_unique<TurningSink<Source, Destination, Convert>>(destination, walk, convert);
+}
 
 /// Quirk no-table-keeps-source-pixels. The stored pixels need not be aligned.
 template <class Source, class Destination>
@@ -99,13 +161,13 @@ std::unique_ptr<RowSink<Source>> MakeRowSink(Destination* destination, const Des
   if (table != nullptr) {
     using Convert = ThroughTable<Source, Destination>;
     const Convert convert{static_cast<const typename Destination::Component*>(table)};
-    return std::make_unique<ConvertingSink<Source, Destination, Convert>>(destination, walk, convert);
+    return makeConvertingSink<Source>(destination, walk, convert);
   }
   if constexpr (sizeof(Source) > sizeof(Destination) && std::is_same_v<Destination, CPixelM08>) {
     return std::make_unique<RawSink<Source, Destination>>(destination, walk);
   } else {
     using Convert = WithoutTable<Source, Destination>;
-    return std::make_unique<ConvertingSink<Source, Destination, Convert>>(destination, walk, Convert{});
+    return makeConvertingSink<Source>(destination, walk, Convert{});
   }
 }
 

@@ -10,7 +10,8 @@ template <class Source>
 class RowSink {
  public:
   virtual ~RowSink() = default;
-  /// Stores row `row` (0: the first painted one). `values` has as many pixels as the walk has columns.
+  /// Stores row `row`, or keeps it to be stored with later ones. Takes each row of the walk once, from 0 on
+  /// in turn; after the last one all are stored. `values` has as many pixels as the walk has columns.
   virtual void Store(int row, const Source* values) const = 0;
 };
 
@@ -20,6 +21,7 @@ struct DestinationWalk {
   std::ptrdiff_t stepX;       ///< from a stored pixel to the next of its row
   std::ptrdiff_t rowAdvance;  ///< from a row's first pixel to the next row's
   int columns;
+  int rows;
 };
 
 /// Makes the sink that stores into `destination` along `walk`.
@@ -32,6 +34,9 @@ struct DestinationWalk {
 /// source's pixel size, the steps of the walk counting such pixels (the start still counts the
 /// destination's). The destination then needs room for its number of pixels in that size; what a backward
 /// walk would store before it is left out.
+///
+/// Columns of the destination (steps other than 1 and -1) are filled some rows at a time, which the sink
+/// collects; the rows must then be one pixel apart.
 ///
 /// The sink keeps pointers to the destination and the table. May throw std::bad_alloc.
 template <class Source, class Destination>

@@ -156,10 +156,12 @@ TEST_F(JpgWriter, WritesAJpgOfExactlyTheAskedName) {
 
   const InFolder inside(folder.path(""));
   for (const std::string name :
-       {".jpg",     "C:x.jpg",   "png:z.jpg",     "jpg:.jpg",  "a:b:c.jpg",
-        "-.jpg",    "fd:1.jpg",  "|cat>pipe.jpg", "@x.jpg",    "%d.jpg",
-        "%03d.jpg", "%.jpg",     "%%.jpg",        "%%%.jpg",   "100%_%s%d%u%[x]%n.jpg",
-        "x[0].jpg", "x[0]%.jpg", "~.jpg",         "a b*?.jpg", "x.png.jpg"}) {
+       {".jpg",      "C:x.jpg",       "png:z.jpg",     "jpg:.jpg",    "a:b:c.jpg",
+        "-.jpg",     "fd:1.jpg",      "|cat>pipe.jpg", "@x.jpg",      "%d.jpg",
+        "%03d.jpg",  "%.jpg",         "%%.jpg",        "%%%.jpg",     "100%_%s%d%u%[x]%n.jpg",
+        "x[0].jpg",  "x[0]%.jpg",     "~.jpg",         "a b*?.jpg",   "x.png.jpg",
+        "x.jpg.jpg", "x.gz.jpg",      "jpg.jpg",       "..jpg",       "-x.jpg",
+        "0.jpg",     "A-1_b.PNG.jpg", "print.jpg",     "\xc3\xa4.jpg"}) {
     for (const std::string& path : {name, "./" + name, folder.path(name)}) {
       ASSERT_EQ(jpgCompress(image.get(), path.c_str(), 90), 1) << path;
       EXPECT_EQ(folder.read(name), ordinary) << path;

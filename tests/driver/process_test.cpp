@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "driver/convertab.h"
 #include "settings_fixture.h"
 #include "support/cli_jpg.h"
 #include "support/cli_temp_folder.h"
@@ -347,6 +348,32 @@ TEST_F(Process, WritesSixteenBitsRawThroughWideEntries) {
     expected.push_back(static_cast<unsigned char>(mapped >> 8));
   }
   EXPECT_EQ(folder.read("out.raw"), expected);
+}
+
+TEST_F(Process, MapsEverySixteenBitValueAsThePainterDoes) {
+  Bytes values;
+  for (int value = 0; value < 65'536; ++value) {
+    values.push_back(static_cast<unsigned char>(value & 0xFF));
+    values.push_back(static_cast<unsigned char>(value >> 8));
+  }
+  request.in = folder.write("values.bin", values);
+  request.source = CSize(256, 256);
+  request.inType = COLOR_TYPE_M16;
+  request.table = true;
+  request.window = 50'000;
+  request.level = 30'000;
+  ASSERT_EQ(run(), 1);
+
+  const Convertab table = CreateConvertab(0.0, 1.0, 50'000, 30'000, 0, 16, 0, 16, 16);
+  auto image = CreateDicomImage(COLOR_TYPE_M16);
+  ASSERT_EQ(image->Create(256, 256), 1);
+  std::memcpy(image->m_pBuffer, values.data(), values.size());
+  CDicomImage* painted = nullptr;
+  ASSERT_NE(image->PaintImage(CSize(256, 256), CPoint(0, 0), CSize(256, 256), CRect(0, 0, 256, 256),
+                              ORIENTATION_AS_STORED, 0, table.get(), 0, 1, COLOR_TYPE_M16, &painted),
+            0);
+  const std::unique_ptr<CDicomImage> owned(painted);
+  EXPECT_EQ(folder.read("out.raw"), Bytes(painted->m_pBuffer, painted->m_pBuffer + painted->m_nBufferSize));
 }
 
 TEST_F(Process, MakesColourOfGreyThroughTheTable) {

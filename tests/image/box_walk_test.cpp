@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -53,6 +54,18 @@ TEST(BoxWalk, MovesOnFirstWhenItsCounterWasHalvedToNothing) {
   walk.Halve();
   EXPECT_EQ(weightsOf(walk.Next(), 2), (Weights{{1, 2}, {2, 1}}));
   EXPECT_EQ(weightsOf(walk.Next(), 2), (Weights{{2, 1}, {3, 2}}));
+}
+
+TEST(BoxWalk, SpansKnowWhatTheyTouch) {
+  const auto touched = [](const BoxSpan& span) { return std::pair(span.First(), span.Last()); };
+  const BoxSpan all{/*begin=*/2, /*first=*/5, /*fullBegin=*/3, /*full=*/4, /*end=*/7, /*last=*/6};
+  EXPECT_EQ(touched(all), std::pair(2L, 8L));
+  EXPECT_EQ(touched({2, 0, 3, 4, 7, 6}), std::pair(3L, 8L));
+  EXPECT_EQ(touched({2, 0, 3, 0, 7, 6}), std::pair(7L, 8L));
+  EXPECT_EQ(touched({2, 5, 3, 4, 7, 0}), std::pair(2L, 7L));
+  EXPECT_EQ(touched({2, 5, 3, 0, 3, 0}), std::pair(2L, 3L));
+  EXPECT_FALSE(all.IsEmpty());
+  EXPECT_TRUE((BoxSpan{2, 0, 3, 0, 7, 0}).IsEmpty());
 }
 
 TEST(BoxWalk, CutsWhatLiesOutside) {

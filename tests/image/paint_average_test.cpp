@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 #include <utility>
 #include <vector>
 
@@ -81,6 +82,11 @@ struct Halved {
   long visible = 7;  // pixels a side
 };
 
+void PrintTo(const Halved& h, std::ostream* out) {
+  *out << h.cx << " x " << h.cy << " as " << h.shownX << " x " << h.shownY << " at " << h.offsetX << ", "
+       << h.offsetY;
+}
+
 class HalvedCounters : public testing::TestWithParam<Halved> {};
 
 TEST_P(HalvedCounters, EqualTheReference) {
@@ -155,6 +161,17 @@ TEST(PaintAveraged, RefusesCountersThatWouldVanish) {
   EXPECT_EQ(painted.result, 0);
   EXPECT_THAT(painted.bytes, ElementsAre(0x10)) << "the background stays";
   EXPECT_EQ(paint(source, filling(source, 2, 2, 1)).result, 1);
+}
+
+TEST(PaintAveraged, SumsRowsOfTheTopValueUpTo32Bits) {
+  // Weights of 16 bits and one row more, and their sums in several pieces of a long row.
+  for (const long cy : {65535L, 65536L}) {
+    const Picture source{COLOR_TYPE_M16, 7, cy, {65535}};
+    EXPECT_THAT(words(paint(source, filling(source, 3, 1, 1))), testing::Each(65535)) << cy;
+  }
+  const Picture source = noise(COLOR_TYPE_C08, 1500, 13);
+  PaintRequest r = filling(source, 41, 3, 1);
+  EXPECT_EQ(paint(source, r).bytes, ReferencePainter(source, r).paint(kUnwritten));
 }
 
 TEST(PaintAveraged, ScalesWidely) {

@@ -5,6 +5,8 @@
 
 #include <climits>
 #include <random>
+#include <string>
+#include <tuple>
 #include <vector>
 
 #include "paint_fixture.h"
@@ -99,8 +101,36 @@ TEST_P(EveryInstance, EqualsTheReferenceOnRandomPaintings) {
   }
 }
 
+/// Columns behind a pixel from two to more than are written out, rows of each length modulo a vector's.
+TEST_P(EveryInstance, EqualsTheReferenceWhateverTheNumberOfColumns) {
+  Dice dice(20240102);
+  for (long shownX = 1; shownX <= 67; ++shownX) {
+    const long cx = dice(1, 130);
+    const Picture source = randomPicture(dice, Source(), cx, dice(1, 9));
+    PaintRequest request = filling(source, shownX, dice(1, 9), 1);
+    request.format = Destination();
+    request.orientation = static_cast<ORIENTATION>(dice(0, 7));
+    if (request.orientation % 2 != 0) {
+      std::swap(request.shownX, request.shownY);
+      std::swap(request.cx, request.cy);
+      std::swap(request.clipR, request.clipB);
+    }
+    if (Table()) request.table = randomTable(dice, Source(), Destination());
+    ASSERT_EQ(paint(source, request).bytes, ReferencePainter(source, request).paint(kUnwritten))
+        << describe(source, request);
+  }
+}
+
+/// Names an instance by its formats: C08ToM16WithTable.
+std::string instanceName(const testing::TestParamInfo<std::tuple<int, int, bool>>& instance) {
+  static constexpr const char* kFormats[] = {"C08", "M08", "M16"};
+  const auto& [source, destination, table] = instance.param;
+  return std::string(kFormats[source]) + "To" + kFormats[destination] + (table ? "WithTable" : "");
+}
+
 INSTANTIATE_TEST_SUITE_P(Formats, EveryInstance,
-                         testing::Combine(testing::Range(0, 3), testing::Range(0, 3), testing::Bool()));
+                         testing::Combine(testing::Range(0, 3), testing::Range(0, 3), testing::Bool()),
+                         instanceName);
 
 /// Displays beyond the denominators' bound, of which a small part is visible.
 TEST(PaintImage, EqualsTheReferenceAtLargeScales) {

@@ -59,6 +59,36 @@ TEST(PaintInterpolated, CopiesBelowAHundredthAndBlendsAboveIt) {
   }
 }
 
+TEST(PaintInterpolated, TakesNearlyWholeZoomsAsWhole) {
+  // 99 shown as 197 to 200: zooms of 1.990 (not near enough), 2 - 0.0101, 2, 2.0051; and three times its
+  // size.
+  for (const COLOR_TYPE format : {COLOR_TYPE_C08, COLOR_TYPE_M08, COLOR_TYPE_M16}) {
+    Picture source{format, 99, 97, {}};
+    for (unsigned i = 0; i < 10007; ++i)
+      source.samples.push_back(i * i % (format == COLOR_TYPE_M16 ? 65521 : 251));
+    for (const auto& [cx, cy] :
+         {std::pair{197L, 193L}, {197L, 194L}, {198L, 194L}, {199L, 194L}, {297L, 291L}}) {
+      const PaintRequest r = filling(source, cx, cy, 1);
+      EXPECT_EQ(paint(source, r).bytes, ReferencePainter(source, r).paint(kUnwritten)) << cx << " x " << cy;
+    }
+  }
+}
+
+TEST(PaintInterpolated, KeepsTheOrderOfRoundingAtHugeZooms) {
+  // Whole zooms stay whole: denominators of 4095 and 4096, and one whose sums a double has to round.
+  Picture source = grey16(3, 2, {65535, 1, 40000, 2, 65534, 33333});
+  for (const long zoom : {4095L, 4096L, 400001L}) {
+    PaintRequest r = filling(source, 11, 9, 1);
+    r.shownX = 3 * zoom;
+    r.shownY = 2 * zoom;
+    for (const long offset : {0L, -zoom / 2 + 4, -zoom - 1, -3 * zoom / 2 + 5}) {
+      r.offsetX = r.offsetY = offset;
+      EXPECT_EQ(paint(source, r).bytes, ReferencePainter(source, r).paint(kUnwritten))
+          << zoom << ' ' << offset;
+    }
+  }
+}
+
 TEST(PaintInterpolated, TruncatesComponentsBeforeTheyAreCombined) {
   const Picture source{COLOR_TYPE_C08, 2, 1, {1, 1, 1, 2, 2, 2}};
   PaintRequest r = filling(source, 4, 2, 1);
