@@ -5,7 +5,6 @@
 // them in one go, 64 to a machine word.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -35,17 +34,19 @@ struct RunCursor {
 
 inline constexpr int kMostPositions = 32;
 
+// The kernels use no class with inline functions, std::array among them: see kernels.h.
+
 /// The sub-streams of one plane and order; both arrays are indexed by bit position.
 struct OrderCursors {
   int top = -1;                ///< highest bit position; -1: nothing is coded
   int lowestSignificance = 0;  ///< lowest position with a significance stream; top + 1: none
   int lowestRefinement = -1;   ///< lowest position with a refinement stream; top: none
-  std::array<RunCursor, kMostPositions> runs;
-  std::array<BitCursor, kMostPositions> refinements;
+  RunCursor runs[kMostPositions];
+  BitCursor refinements[kMostPositions];
 };
 
 /// Most coefficients of a block, a multiple of 64.
-inline constexpr std::size_t kMostInBlock = 4096;
+inline constexpr std::size_t kMostInBlock = 8192;
 
 /// Bytes of RunCursor::ahead, and of the signs behind it, for blocks of up to `count` coefficients.
 constexpr std::size_t bytesAhead(std::size_t count) {
@@ -53,16 +54,16 @@ constexpr std::size_t bytesAhead(std::size_t count) {
   return 2 * count / 8 + kSlack;
 }
 
-/// Working memory of one block; its contents mean nothing between two blocks.
+/// Working memory of one block; its contents mean nothing between two blocks. Coefficient i is bit i % 64 of word i / 64.
 struct BlockScratch {
   static constexpr std::size_t kWords = kMostInBlock / 64;
   static constexpr std::size_t kSlack = 16;  ///< bytes that may be read or written behind the end
 
-  using Mask = std::array<std::uint64_t, kWords>;  ///< coefficient i is bit i % 64 of word i / 64
-  alignas(64) Mask significant;
-  Mask negative;
-  std::array<Mask, kMostPositions> planes;  ///< magnitude bits, by position
-  std::array<unsigned char, kMostInBlock / 8 + kSlack> refinements;
+  std::uint64_t significant[kWords];
+  std::uint64_t negative[kWords];
+  std::uint64_t settled[kWords];                 ///< significant, with the mid-point set
+  std::uint64_t planes[kMostPositions][kWords];  ///< magnitude bits, by position
+  unsigned char refinements[kMostInBlock / 8 + kSlack];
 };
 
 }  // namespace zel::gwav4

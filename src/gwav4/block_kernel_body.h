@@ -159,32 +159,34 @@ constexpr int kMostZerosAtOnce = 28;
 /// Reads a significance stream ahead, until a number of decisions is there.
 class RunReader {
  public:
-  RunReader(RunCursor& of, std::size_t needed)
-      : cursor(of),
-        bytes(of.bits.bytes),
-        position(of.bits.position),
-        loadEnd(of.bits.bitCount < 64 ? 0 : of.bits.bitCount - 63),
-        signsAt(of.signsAt) {
-    const std::size_t used = cursor.begin / 8;
-    const std::size_t kept = cursor.end / 8 - used;
+  RunReader(RunCursor& of, std::size_t needed) { begin(of, needed); }
+
+  void begin(RunCursor& of, std::size_t needed) {
+    cursor = &of;
+    bytes = of.bits.bytes;
+    position = of.bits.position;
+    loadEnd = of.bits.bitCount < 64 ? 0 : of.bits.bitCount - 63;
+    signsAt = of.signsAt;
+    const std::size_t used = of.begin / 8;
+    const std::size_t kept = of.end / 8 - used;
     if (used != 0) {
-      std::memmove(cursor.ahead, cursor.ahead + used, kept + 1);
-      std::memmove(cursor.ahead + signsAt, cursor.ahead + used + signsAt, kept + 1);
-      cursor.begin -= 8 * used;
-      cursor.end -= 8 * used;
+      std::memmove(of.ahead, of.ahead + used, kept + 1);
+      std::memmove(of.ahead + signsAt, of.ahead + used + signsAt, kept + 1);
+      of.begin -= 8 * used;
+      of.end -= 8 * used;
     }
-    to = cursor.ahead + kept;
-    fill = cursor.end % 8;
+    to = of.ahead + kept;
+    fill = of.end % 8;
     openDecisions = to[0] & firstOnes(fill);
     openSigns = to[signsAt] & firstOnes(fill);
-    left = static_cast<std::int64_t>(needed) - static_cast<std::int64_t>(cursor.end - cursor.begin);
+    left = static_cast<std::int64_t>(needed) - static_cast<std::int64_t>(of.end - of.begin);
     if (left > 0) {  // zeros need not be written from here on
       const std::size_t bytesLeft = static_cast<std::size_t>(left) / 8 + 2;
       std::memset(to, 0, bytesLeft);
       std::memset(to + signsAt, 0, bytesLeft);
     }
-    const std::int64_t zeros = left <= 0 ? 0 : cursor.zeros < left ? cursor.zeros : left;
-    cursor.zeros -= zeros;
+    const std::int64_t zeros = left <= 0 ? 0 : of.zeros < left ? of.zeros : left;
+    of.zeros -= zeros;
     left -= zeros;
     appendZerosBehind(0, 0, static_cast<std::uint64_t>(zeros));
   }
@@ -197,7 +199,7 @@ class RunReader {
   /// Takes some events where canLook.
   [[gnu::always_inline]] void takeSome() {
     Word word = loadWord8(bytes + position / 8) >> (position % 8);
-    RunCodes codes = kRunCodes[word % kRunCodes.size()];
+    RunCodes codes = kRunCodes.entries[word % RunCodeTable::kEntries];
     if (codes != 0) {
       RunCodes sum = 0;
       for (int looks = 1;; ++looks) {
@@ -205,7 +207,9 @@ class RunReader {
         sum += codes;
         append((codes >> 16) & 0xffffff, codes >> 40, (codes >> 8) & 0xff);
         if (looks == kVisible / kRunCodeBits) break;
-        codes = kRunCodes[word % kRunCodes.size()];  // where no event fits, this and what follows changes nothing
+        codes = kRunCodes.entries
+                    [word %
+                     RunCodeTable::kEntries];  // where no event fits, this and what follows changes nothing
       }
       position += sum % 64;
       left -= static_cast<std::int64_t>((sum >> 8) & 0xff);
@@ -226,17 +230,17 @@ class RunReader {
   void finish() {
     while (canLook()) takeSome();
     while (left > 0) takeOne();
-    cursor.bits.position = position;
-    cursor.end = 8 * static_cast<std::size_t>(to - cursor.ahead) + fill;
+    cursor->bits.position = position;
+    cursor->end = 8 * static_cast<std::size_t>(to - cursor->ahead) + fill;
   }
 
  private:
   /// Takes the next event wherever it is.
   [[gnu::noinline]] void takeOne() {
-    BitCursor bits = {bytes, position, cursor.bits.bitCount};
+    BitCursor bits = {bytes, position, cursor->bits.bitCount};
     const Word sign = lookSafely(bits) & 1;
     ++bits.position;
-    const std::int64_t run = takeRun(bits, cursor.terminated);
+    const std::int64_t run = takeRun(bits, cursor->terminated);
     position = bits.position;
     takeEvent(sign, run);
   }
@@ -244,7 +248,7 @@ class RunReader {
   void takeEvent(Word sign, std::int64_t run) {
     --left;
     const std::int64_t zeros = run < left ? run : left;
-    cursor.zeros = run - zeros;
+    cursor->zeros = run - zeros;
     left -= zeros;
     appendZerosBehind(1, sign, 1 + static_cast<std::uint64_t>(zeros));
   }
@@ -280,7 +284,7 @@ class RunReader {
     storeWord8(to + signsAt, openSigns);
   }
 
-  RunCursor& cursor;
+  RunCursor* cursor;
   const unsigned char* bytes;
   std::uint64_t position;
   std::uint64_t loadEnd;  ///< eight bytes can be loaded from positions before this one
@@ -297,15 +301,29 @@ bool hasAhead(const RunCursor& cursor, std::size_t needed) {
          (cursor.end == cursor.begin && cursor.zeros >= static_cast<std::int64_t>(needed));
 }
 
-/// Reads `needed` decisions ahead, of two streams at once if there is another one: they have nothing to do with each other,
-/// so the processor works on one while it waits for the other.
-[[gnu::noinline]] void readAhead(RunCursor& one, RunCursor* other, std::size_t needed) {
-  RunReader first(one, needed);
-  if (other != nullptr) {
-    RunReader second(*other, needed);
-    while (first.canLook() && second.canLook()) {
-      first.takeSome();
-      second.takeSome();
+/// Reads ahead until `needed` decisions are there for `position` and some positions below it, two streams at a time: they
+/// have nothing to do with each other, so the processor works on one while it waits for the other.
+[[gnu::noinline]] void readAhead(OrderCursors& order, int position, std::size_t needed) {
+  constexpr int kPositions = 2;  // more of them would read more than is wanted at the end of an order
+  RunCursor* waiting[kPositions];
+  int count = 0;
+  for (int i = 0; i < kPositions && position - i >= order.lowestSignificance; ++i) {
+    RunCursor& cursor = order.runs[position - i];
+    if (!hasAhead(cursor, needed)) waiting[count++] = &cursor;
+  }
+  if (count == 0) return;
+  RunReader first(*waiting[0], needed);
+  if (count > 1) {
+    RunReader second(*waiting[1], needed);
+    for (int next = 2;;) {
+      while (first.canLook() && second.canLook()) {
+        first.takeSome();
+        second.takeSome();
+      }
+      RunReader& done = first.canLook() ? second : first;
+      if (next == count) break;
+      done.finish();
+      done.begin(*waiting[next++], needed);
     }
     second.finish();
   }
@@ -326,8 +344,9 @@ struct PlaneInput {
 /// Gives what the streams say at one position to the coefficients that it is for. Returns how many of them became
 /// significant.
 template <bool kRefined, bool kDecided>
-[[gnu::noinline]] std::size_t readPlane(BlockScratch& block, std::size_t count, int position, const PlaneInput& input) {
-  BlockScratch::Mask& plane = block.planes[static_cast<std::size_t>(position)];
+[[gnu::noinline]] std::size_t readPlane(BlockScratch& block, std::size_t count, int position,
+                                        const PlaneInput& input) {
+  Word* const plane = block.planes[position];
   std::uint64_t refinementsAt = input.refinementsAt;
   std::uint64_t decisionsAt = input.decisionsAt;
   std::size_t found = 0;
@@ -360,20 +379,16 @@ void takeRefinements(BitCursor& bits, std::size_t count, std::size_t significant
     input.refinements = bits.bytes;
     input.refinementsAt = bits.position;
   } else {
-    copyBits(bits, significant, block.refinements.data());
-    input.refinements = block.refinements.data();
+    copyBits(bits, significant, block.refinements);
+    input.refinements = block.refinements;
   }
   bits.position += significant;
 }
 
 /// Where the decisions on `open` coefficients at `position` are. False: none of them becomes significant.
 bool takeDecisions(OrderCursors& order, int position, std::size_t open, PlaneInput& input) {
-  RunCursor& runs = order.runs[static_cast<std::size_t>(position)];
-  if (!hasAhead(runs, open)) {
-    RunCursor* const below =
-        position > order.lowestSignificance ? &order.runs[static_cast<std::size_t>(position - 1)] : nullptr;
-    readAhead(runs, below != nullptr && !hasAhead(*below, open) ? below : nullptr, open);
-  }
+  RunCursor& runs = order.runs[position];
+  if (!hasAhead(runs, open)) readAhead(order, position, open);
   if (runs.begin == runs.end) {
     runs.zeros -= static_cast<std::int64_t>(open);
     return false;
@@ -388,10 +403,10 @@ bool takeDecisions(OrderCursors& order, int position, std::size_t open, PlaneInp
 /// Fills the masks from the streams. Returns one above the highest plane that has a bit.
 int readPlanes(OrderCursors& order, std::size_t count, BlockScratch& block) {
   const std::size_t bytes = (count + 63) / 64 * sizeof(Word);
-  std::memset(block.significant.data(), 0, bytes);
-  std::memset(block.negative.data(), 0, bytes);
+  std::memset(block.significant, 0, bytes);
+  std::memset(block.negative, 0, bytes);
   for (int position = 0; position <= order.top; ++position) {
-    std::memset(block.planes[static_cast<std::size_t>(position)].data(), 0, bytes);
+    std::memset(block.planes[position], 0, bytes);
   }
 
   const int lowest =
@@ -402,17 +417,17 @@ int readPlanes(OrderCursors& order, std::size_t count, BlockScratch& block) {
     PlaneInput input = {};
     const bool isRefined = position >= order.lowestRefinement && open < count;
     if (isRefined) {
-      takeRefinements(order.refinements[static_cast<std::size_t>(position)], count, count - open, block, input);
+      takeRefinements(order.refinements[position], count, count - open, block, input);
     }
-    const bool isDecided = position >= order.lowestSignificance && takeDecisions(order, position, open, input);
+    const bool isDecided =
+        position >= order.lowestSignificance && takeDecisions(order, position, open, input);
     // What is significant above and refined no further has its mid-point already.
-    BlockScratch::Mask settled;
     const bool getsMidPoint = position >= 2 && position <= order.lowestRefinement;
     if (getsMidPoint) {
       if (position < order.lowestRefinement) {
-        std::memcpy(settled.data(), block.significant.data(), bytes);
+        std::memcpy(block.settled, block.significant, bytes);
       } else {
-        std::memset(settled.data(), 0, bytes);
+        std::memset(block.settled, 0, bytes);
       }
     }
     if (isDecided) {
@@ -425,8 +440,8 @@ int readPlanes(OrderCursors& order, std::size_t count, BlockScratch& block) {
     if (getsMidPoint) {
       // Quirk mid-point-is-a-quarter: half of the step below the last position read, not half of all that is
       // unread.
-      BlockScratch::Mask& midPoint = block.planes[static_cast<std::size_t>(position - 2)];
-      for (std::size_t w = 0; 64 * w < count; ++w) midPoint[w] |= block.significant[w] & ~settled[w];
+      Word* const midPoint = block.planes[position - 2];
+      for (std::size_t w = 0; 64 * w < count; ++w) midPoint[w] |= block.significant[w] & ~block.settled[w];
     }
   }
   return planeEnd;
@@ -483,7 +498,7 @@ inline void transpose(const Word (&words)[8], unsigned char* bytes) {
 /// Eight planes of word `w` from `first` on; those from `end` on are 0.
 inline void loadPlanes(const BlockScratch& block, std::size_t w, int first, int end, Word (&words)[8]) {
   for (int i = 0; i < 8; ++i) {
-    words[i] = first + i < end ? block.planes[static_cast<std::size_t>(first + i)][w] : 0;
+    words[i] = first + i < end ? block.planes[first + i][w] : 0;
   }
 }
 
@@ -494,7 +509,7 @@ struct NarrowNumbers {
   static void store(const BlockScratch& block, std::size_t w, int planeEnd, Lane* out) {
     Word high = 0;
     for (int position = 7; position < planeEnd; ++position) {
-      high |= block.planes[static_cast<std::size_t>(position)][w];
+      high |= block.planes[position][w];
     }
     Word words[8];
     unsigned char low[64];

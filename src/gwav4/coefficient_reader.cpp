@@ -6,17 +6,17 @@ namespace zel::gwav4 {
 namespace {
 
 /// Coefficients that are read at once, at least: blocks of less cost more each.
-constexpr std::size_t kWorthwhile = 2048;
+constexpr std::size_t kWorthwhile = 5000;
 
 }  // namespace
 
 template <class Lane>
-CoefficientReader<Lane>::CoefficientReader(const LaneKernel<Lane>& kernel, OrderCursors& cursors, const Bands& bands,
-                                           const ScanLimit& limit, BlockScratch& scratch)
+CoefficientReader<Lane>::CoefficientReader(const LaneKernel<Lane>& kernel, OrderCursors& cursors,
+                                           const Bands& bands, const ScanLimit& limit, BlockScratch& scratch)
     : lanes(kernel), order(cursors), shape(bands), scan(limit), block(scratch) {
   const auto perBand = static_cast<std::size_t>(shape.firstLength + shape.secondLength);
-  const std::size_t atOnce =
-      std::min(static_cast<std::size_t>(shape.count), perBand == 0 ? 1 : (kWorthwhile + perBand - 1) / perBand);
+  const std::size_t atOnce = std::min(static_cast<std::size_t>(shape.count),
+                                      perBand == 0 ? 1 : (kWorthwhile + perBand - 1) / perBand);
   constexpr std::size_t kBlockSlack = 64;  // the kernels write whole words of coefficients
   coefficients.resize(atOnce * perBand + kBlockSlack + kRowSlack);
 
@@ -76,7 +76,8 @@ void CoefficientReader<Lane>::readBands() {
   for (int band = firstBand; band < bandEnd; ++band) {
     const std::int64_t row = std::int64_t{band} * rowsPerBand * shape.spacing;
     if (row < scan.rowEnd) kept += static_cast<std::size_t>(shape.firstLength);
-    if (hasSecond(band) && row + shape.spacing < scan.rowEnd) kept += static_cast<std::size_t>(shape.secondLength);
+    if (hasSecond(band) && row + shape.spacing < scan.rowEnd)
+      kept += static_cast<std::size_t>(shape.secondLength);
   }
   std::fill(coefficients.begin() + static_cast<std::ptrdiff_t>(kept),
             coefficients.begin() + static_cast<std::ptrdiff_t>(total), Lane{0});

@@ -11,8 +11,8 @@ namespace zel::gwav4 {
 
 /// How far the coefficients of a plane are read.
 struct ScanLimit {
-  int rowEnd;                          ///< rows of the plane from here on hold zeros
-  const std::atomic<bool>* stopped;    ///< once true, what is not read yet is zeros too
+  int rowEnd;                        ///< rows of the plane from here on hold zeros
+  const std::atomic<bool>* stopped;  ///< once true, what is not read yet is zeros too
 };
 
 /// The coefficients of one plane and order, front to back.
@@ -31,8 +31,8 @@ class CoefficientReader {
   };
 
   /// All references, and what `limit` names, stay the caller's.
-  CoefficientReader(const LaneKernel<Lane>& kernel, OrderCursors& cursors, const Bands& bands, const ScanLimit& limit,
-                    BlockScratch& scratch);
+  CoefficientReader(const LaneKernel<Lane>& kernel, OrderCursors& cursors, const Bands& bands,
+                    const ScanLimit& limit, BlockScratch& scratch);
 
   struct Band {
     const Lane* first;

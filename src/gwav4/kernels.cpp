@@ -3,13 +3,15 @@
 #define EI4_DEPOSIT 0
 #include "gwav4/block_kernel_body.h"
 #include "gwav4/lifting_kernel_body.h"
+#include "gwav4/output_kernel_body.h"
 
 namespace zel::gwav4 {
 namespace {
 
-constexpr Kernels kPortable = {{readBlock<NarrowNumbers>, Lifting<NarrowLanes>::kernel()},
-                               {readBlock<WideNumbers>, Lifting<WideLanes>::kernel()},
-                               {readBlock<WrappedNumbers>, Lifting<WrappedLanes>::kernel()}};
+constexpr Kernels kPortable = {
+    {readBlock<NarrowNumbers>, Lifting<NarrowLanes>::kernel(), Output<std::int16_t>::kernel()},
+    {readBlock<WideNumbers>, Lifting<WideLanes>::kernel(), Output<std::int32_t>::kernel()},
+    {readBlock<WrappedNumbers>, Lifting<WrappedLanes>::kernel(), Output<std::int32_t>::kernel()}};
 
 }  // namespace
 

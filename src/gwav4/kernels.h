@@ -1,4 +1,8 @@
 // The hot loops, by what the processor can do.
+//
+// Their bodies stand in headers of their own and are compiled once for each instruction set. All of them have internal
+// linkage and call no inline function of another header, those of std::array among them: the linker keeps one copy of
+// such a function, and must never pick one that was made for another processor.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +10,7 @@
 
 #include "gwav4/block_kernel.h"
 #include "gwav4/lifting_kernel.h"
+#include "gwav4/output_kernel.h"
 
 namespace zel::gwav4 {
 
@@ -16,6 +21,7 @@ struct LaneKernel {
   /// not be above order.top. `out` has room for `count` rounded up to a multiple of 64.
   void (*read)(OrderCursors& order, std::size_t count, BlockScratch& scratch, Lane* out);
   LiftingKernel<Lane> lifting;
+  OutputKernel<Lane> output;
 };
 
 struct Kernels {

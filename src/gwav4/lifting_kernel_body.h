@@ -79,15 +79,18 @@ struct Lifting {
   static Wrapping quarters(Wrapping v) { return shifted(v, 2, 2); }
   static Wrapping shifted(Wrapping v, Lane bias, int shift) {
     const Vector sign = reinterpret_cast<Vector>(v) >> (8 * static_cast<int>(sizeof(Lane)) - 1);
-    const Wrapping biased = v + reinterpret_cast<Wrapping>(sign) + reinterpret_cast<Wrapping>(Vector{} + bias);
+    const Wrapping biased =
+        v + reinterpret_cast<Wrapping>(sign) + reinterpret_cast<Wrapping>(Vector{} + bias);
     return reinterpret_cast<Wrapping>(reinterpret_cast<Vector>(biased) >> shift);
   }
   static std::uint32_t bitsOf(Lane sample) { return static_cast<std::uint32_t>(sample); }
   static std::uint32_t halfOf(Lane sample) {
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(bitsOf(sample) - (sample < 0 ? 1 : 0) + 1) >> 1);
+    return static_cast<std::uint32_t>(static_cast<std::int32_t>(bitsOf(sample) - (sample < 0 ? 1 : 0) + 1) >>
+                                      1);
   }
 
-  static bool lowerEven(Lane* even, const Lane* from, const Lane* before, const Lane* after, std::size_t count) {
+  static bool lowerEven(Lane* even, const Lane* from, const Lane* before, const Lane* after,
+                        std::size_t count) {
     Lanes lanes;
     for (std::size_t i = 0; i < count; i += kLanes) {
       store(even + i, lanes.watched(load(from + i) - quarters(load(before + i) + load(after + i))));
@@ -139,7 +142,8 @@ struct Lifting {
     const Lane lastOdd = lanes.watched(bitsOf(high[odds - 1]) + bitsOf(low[evens - 1]));
     for (std::size_t i = 0; i < evens; i += kLanes) {
       const Wrapping even = load(low + i);
-      const auto odd = reinterpret_cast<Wrapping>(Lanes::plain(load(high + i) + halves(even + load(low + i + 1))));
+      const auto odd =
+          reinterpret_cast<Wrapping>(Lanes::plain(load(high + i) + halves(even + load(low + i + 1))));
       store(out + 2 * i, reinterpret_cast<Vector>(__builtin_shuffle(even, odd, Lanes::kLow)));
       store(out + 2 * i + kLanes, reinterpret_cast<Vector>(__builtin_shuffle(even, odd, Lanes::kHigh)));
     }

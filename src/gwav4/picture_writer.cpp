@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <memory>
-#include <type_traits>
 
 #include "gwav4/sample_output.h"
 
@@ -18,8 +17,8 @@ class Planes {
   Planes(const LaneKernel<Lane>& kernel, PictureSource& source)
       : width(static_cast<std::size_t>(source.shape.width)), block(std::make_unique<BlockScratch>()) {
     for (std::size_t i = 0; i < source.planes.size(); ++i) {
-      planes.push_back(std::make_unique<PlaneRows<Lane>>(kernel, source.planes[i], source.shape,
-                                                         ScanLimit{source.rowEnds[i], source.stopped}, *block));
+      planes.push_back(std::make_unique<PlaneRows<Lane>>(
+          kernel, source.planes[i], source.shape, ScanLimit{source.rowEnds[i], source.stopped}, *block));
     }
     memory.resize(2 * planes.size() * rowSize());
   }
@@ -35,7 +34,7 @@ class Planes {
 
   SampleRows<Lane> row(int which) {
     SampleRows<Lane> rows{};
-    for (std::size_t i = 0; i < planes.size(); ++i) rows[i] = rowOf(i, which);
+    for (std::size_t i = 0; i < planes.size(); ++i) rows.planes[i] = rowOf(i, which);
     return rows;
   }
 
@@ -79,10 +78,14 @@ bool writeInPlace(Planes<std::int16_t>& planes, const PictureSource& source, int
       made = planes.nextInto(to, to + width);
     } else {
       made = planes.next();
-      for (int i = 0; i < made; ++i) std::copy_n(planes.row(i)[0], width, to + static_cast<std::size_t>(i) * width);
+      for (int i = 0; i < made; ++i)
+        std::copy_n(planes.row(i).planes[0], width, to + static_cast<std::size_t>(i) * width);
     }
     if (!planes.withinLimits()) return false;
-    if (bits > 0) storeGrey<short>(to, static_cast<std::size_t>(made) * width, to, 2, bits);
+    if (bits > 0) {
+      kernels().narrow.output.storeGrey16(to, static_cast<std::size_t>(made) * width, bits,
+                                          reinterpret_cast<std::uint16_t*>(to));
+    }
     y += static_cast<std::size_t>(made);
   }
   return true;
@@ -91,9 +94,8 @@ bool writeInPlace(Planes<std::int16_t>& planes, const PictureSource& source, int
 }  // namespace
 
 template <class Lane>
-bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const PictureFormat& format, void* out) {
-  using Sample = std::conditional_t<sizeof(Lane) == sizeof(short), short, int>;
-  static_assert(std::is_same_v<Lane, Sample>);
+bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const PictureFormat& format,
+                  void* out) {
   Planes<Lane> planes(kernel, source);
   if (format.step > 1) {
     MeanRows<Lane> means(source.shape.width, source.shape.height, format.step, out, format.bytesPerPixel,
@@ -108,9 +110,11 @@ bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const P
   return forEachRow(planes, source, [&](const SampleRows<Lane>& rows, int y) {
     auto* const to = static_cast<unsigned char*>(out) + static_cast<std::size_t>(y) * rowBytes;
     if (format.bytesPerPixel == 3) {
-      storeColour(rows, width, to, format.bits);
+      kernel.output.storeColour(rows, width, format.bits, to);
+    } else if (format.bytesPerPixel == 1) {
+      kernel.output.storeGrey8(rows.planes[0], width, format.bits, to);
     } else {
-      storeGrey(rows[0], width, to, format.bytesPerPixel, format.bits);
+      kernel.output.storeGrey16(rows.planes[0], width, format.bits, reinterpret_cast<std::uint16_t*>(to));
     }
   });
 }
@@ -120,7 +124,7 @@ void copyPlane(const LaneKernel<std::int32_t>& kernel, PictureSource& source, T*
   Planes<std::int32_t> planes(kernel, source);
   const auto width = static_cast<std::size_t>(source.shape.width);
   forEachRow(planes, source, [&](const SampleRows<std::int32_t>& rows, int y) {
-    std::transform(rows[0], rows[0] + width, out + static_cast<std::size_t>(y) * width,
+    std::transform(rows.planes[0], rows.planes[0] + width, out + static_cast<std::size_t>(y) * width,
                    [](std::int32_t sample) { return static_cast<T>(sample); });
   });
 }

@@ -11,8 +11,8 @@ namespace zel::gwav4 {
 /// What is made of the planes' rows.
 struct PictureFormat {
   int bytesPerPixel;  ///< 1 or 2: grey, of the first plane; 3: colour, of three planes
-  int bits;           ///< 0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1] first
-  int step;           ///< a power of two: each pixel is the mean of a block of step x step samples
+  int bits;  ///< 0: samples are truncated to the output's width; else they are clamped to [0, 2^bits - 1] first
+  int step;  ///< a power of two: each pixel is the mean of a block of step x step samples
 };
 
 /// One plane's coefficient streams: as many of the levels' orders as are inverted, then the coarsest one.
@@ -30,7 +30,8 @@ struct PictureSource {
 /// Writes the picture as packed rows; `out` is aligned to 2 for 2 bytes per pixel. The streams are used up.
 /// Returns false when samples went beyond what lanes of 16 bits hold: `out` must then be written again with wider ones.
 template <class Lane>
-bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const PictureFormat& format, void* out);
+bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const PictureFormat& format,
+                  void* out);
 
 /// Copies the rows of the first plane, as T = short or int, by lanes of 32 bits.
 template <class T>

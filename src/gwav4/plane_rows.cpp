@@ -1,6 +1,7 @@
 #include "gwav4/plane_rows.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace zel::gwav4 {
@@ -33,7 +34,8 @@ class PlaneRows<Lane>::Level {
         odds(levelWidth / 2),
         inverted(shape.inverted),
         lifting(kernel.lifting),
-        high(kernel, cursors, {halvedUp(levelHeight), odds, levelWidth, spacing, shape.height}, limit, scratch),
+        high(kernel, cursors, {halvedUp(levelHeight), odds, levelWidth, spacing, shape.height}, limit,
+             scratch),
         highOffset(padded(evens)),
         memory(4 * (padded(evens) + padded(odds)) + (spacing > 1 ? 2 * padded(levelWidth) : 0)) {
     Lane* at = memory.data();
@@ -125,7 +127,8 @@ class PlaneRows<Lane>::Level {
       keep(lifting.invertRow(row, row + highOffset, static_cast<std::size_t>(width), out));
       return;
     }
-    for (int i = 0; i < width; ++i) out[i] = row[(i % 2 == 0 ? 0 : highOffset) + static_cast<std::size_t>(i / 2)];
+    for (int i = 0; i < width; ++i)
+      out[i] = row[(i % 2 == 0 ? 0 : highOffset) + static_cast<std::size_t>(i / 2)];
   }
 
   int width;
@@ -148,8 +151,8 @@ class PlaneRows<Lane>::Level {
 };
 
 template <class Lane>
-PlaneRows<Lane>::PlaneRows(const LaneKernel<Lane>& kernel, std::vector<OrderCursors>& orders, const PlaneShape& shape,
-                           const ScanLimit& limit, BlockScratch& scratch)
+PlaneRows<Lane>::PlaneRows(const LaneKernel<Lane>& kernel, std::vector<OrderCursors>& orders,
+                           const PlaneShape& shape, const ScanLimit& limit, BlockScratch& scratch)
     : width(shape.width), height(shape.height) {
   int levelWidth = shape.width;
   int levelHeight = shape.height;
@@ -161,8 +164,8 @@ PlaneRows<Lane>::PlaneRows(const LaneKernel<Lane>& kernel, std::vector<OrderCurs
   }
   coarsest = std::make_unique<CoefficientReader<Lane>>(
       kernel, orders.back(),
-      typename CoefficientReader<Lane>::Bands{levelHeight, levelWidth, 0, 1 << shape.levels, shape.height}, limit,
-      scratch);
+      typename CoefficientReader<Lane>::Bands{levelHeight, levelWidth, 0, 1 << shape.levels, shape.height},
+      limit, scratch);
   for (std::size_t i = 0; i < levels.size(); ++i) {
     const bool last = i + 1 == levels.size();
     levels[i]->takeFrom(last ? nullptr : levels[i + 1].get(), coarsest.get());

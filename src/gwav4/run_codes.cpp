@@ -27,14 +27,15 @@ constexpr RunCodes codesIn(unsigned bits) {
          (signs << 40);
 }
 
-constexpr auto makeCodes() {
-  std::array<RunCodes, std::size_t{1} << kRunCodeBits> codes{};
-  for (unsigned bits = 0; bits < codes.size(); ++bits) codes[bits] = codesIn(bits);
-  return codes;
+constexpr RunCodeTable makeTable() {
+  RunCodeTable table{};
+  unsigned bits = 0;
+  for (RunCodes& codes : table.entries) codes = codesIn(bits++);
+  return table;
 }
 
 }  // namespace
 
-constexpr std::array<RunCodes, std::size_t{1} << kRunCodeBits> kRunCodes = makeCodes();
+constexpr RunCodeTable kRunCodes = makeTable();
 
 }  // namespace zel::gwav4

@@ -1,7 +1,7 @@
 // Several events of a significance stream at a glance.
 #pragma once
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace zel::gwav4 {
@@ -20,6 +20,11 @@ using RunCodes = std::uint64_t;
 
 inline constexpr int kRunCodeBits = 11;  ///< 2048 entries leave room in the first-level cache
 
-extern const std::array<RunCodes, std::size_t{1} << kRunCodeBits> kRunCodes;
+struct RunCodeTable {
+  static constexpr std::size_t kEntries = std::size_t{1} << kRunCodeBits;
+
+  RunCodes entries[kEntries];  ///< indexed by the next bits, the first one lowest
+};
+extern const RunCodeTable kRunCodes;
 
 }  // namespace zel::gwav4

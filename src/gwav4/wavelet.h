@@ -12,7 +12,8 @@ class CWavelet {
   static constexpr int kMostPlanes = 3;
 
   /// count: 1 to 3 planes. width, height: 0 to 65535.
-  CWavelet(int count, int width, int height) : storedPlanes(count), storedWidth(width), storedHeight(height) {}
+  CWavelet(int count, int width, int height)
+      : storedPlanes(count), storedWidth(width), storedHeight(height) {}
 
   int planeCount() const { return storedPlanes; }
   int width() const { return storedWidth; }

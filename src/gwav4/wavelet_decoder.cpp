@@ -4,7 +4,6 @@
 #include <bit>
 #include <cstdint>
 
-
 namespace zel::gwav4 {
 namespace {
 
@@ -23,7 +22,8 @@ int lengthFieldWidth(int fullX, int fullY, bool gw40) {
 }  // namespace
 
 template <class T, class Filter>
-CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX, int fullY)
+CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX,
+                                            int fullY)
     : CWavelet<T>(planeCount, xSize, ySize),
       state(new State(planeCount)),
       skipLevels(skip),
@@ -34,12 +34,15 @@ template <class T, class Filter>
 PictureSource CWaveletDecoder<T, Filter>::sourceOf(int firstPlane, int planes) const {
   const int levels = std::max(decodedLevels, 0);
   PictureSource source;
-  source.shape = {this->width(), this->height(), levelsToInvert(levels, this->width(), this->height()), inverted};
+  source.shape = {this->width(), this->height(), levelsToInvert(levels, this->width(), this->height()),
+                  inverted};
   source.stopped = &stopped;
   source.killed = &killed;
   for (int plane = firstPlane; plane < firstPlane + planes; ++plane) {
     const int rowEnd = rowEnds[static_cast<std::size_t>(plane)];
-    const auto cursors = [&](int order) { return rowEnd == 0 ? OrderCursors{} : state->cursors(plane, order); };
+    const auto cursors = [&](int order) {
+      return rowEnd == 0 ? OrderCursors{} : state->cursors(plane, order);
+    };
     PlaneCursors& orders = source.planes.emplace_back();
     for (int level = 0; level < source.shape.levels; ++level) orders.push_back(cursors(skipLevels + level));
     orders.push_back(cursors(levelCount));  // levels that the plane is too small for hold nothing

@@ -167,8 +167,8 @@ Chunks randomChunks(Dice& dice, int positions, int pieces) {
 }
 
 std::size_t randomCount(Dice& dice, std::size_t most) {
-  constexpr std::array<std::size_t, 14> kCounts = {1,   2,   63,  64,   65,   127,  128,
-                                                   129, 191, 192, 1000, 2049, 4095, kMostInBlock};
+  constexpr std::array<std::size_t, 14> kCounts = {
+      1, 2, 63, 64, 65, 127, 128, 129, 191, 192, 1000, 2049, kMostInBlock - 1, kMostInBlock};
   const std::size_t count = dice.chance(3) ? static_cast<std::size_t>(dice.between(1, 300))
                                            : kCounts[static_cast<std::size_t>(dice.below(kCounts.size()))];
   return std::min(count, most);

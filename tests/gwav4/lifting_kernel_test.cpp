@@ -145,14 +145,19 @@ void forRandomRows(Body body) {
   }
 }
 
-/// Rounds: all small; all that there is; large ones that mostly stay within the limits, and one that may not.
+/// Rounds: all small; all that there is, and often the very limits; large ones that mostly stay within them.
+/// limited: never beyond the limits.
 template <class Kind>
 typename Kind::Lane sample(Dice& dice, int round, bool limited) {
   using Lane = typename Kind::Lane;
+  const int limit = dice.chance(2) ? kLeastNarrow : kMostNarrow;
   if (round % 3 == 0) return static_cast<Lane>(dice.between(-300, 300));
-  if (round % 3 == 1) return limited ? Kind::within(dice) : Kind::any(dice);
+  if (round % 3 == 1) {
+    if (dice.chance(2)) return static_cast<Lane>(limit);
+    return limited ? Kind::within(dice) : Kind::any(dice);
+  }
   if (limited || !dice.chance(40)) return static_cast<Lane>(dice.between(-(1 << 12), 1 << 12));
-  return static_cast<Lane>((dice.chance(2) ? kLeastNarrow : kMostNarrow) + dice.between(-5000, 5000));
+  return static_cast<Lane>(limit + dice.between(-5000, 5000));
 }
 
 template <class Kind>

@@ -33,7 +33,7 @@ using Samples = std::vector<std::int32_t>;
 using Pixels = std::vector<std::uint8_t>;
 
 constexpr std::uint8_t kGuard = 0xA5;
-constexpr std::size_t kGuards = 64;
+constexpr std::size_t kGuards = 256;
 
 /// Planes of coefficients of one size, and the pictures that are made of them.
 class Coded {

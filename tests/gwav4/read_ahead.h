@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <vector>
 
 #include "gwav4/block_kernel.h"
@@ -12,7 +13,7 @@ namespace ei4::test {
 class ReadAhead {
  public:
   ReadAhead(zel::gwav4::OrderCursors& order, std::size_t count)
-      : m_Memory(order.runs.size(), std::vector<unsigned char>(2 * zel::gwav4::bytesAhead(count))) {
+      : m_Memory(std::size(order.runs), std::vector<unsigned char>(2 * zel::gwav4::bytesAhead(count))) {
     for (std::size_t i = 0; i < m_Memory.size(); ++i) {
       order.runs[i].ahead = m_Memory[i].data();
       order.runs[i].signsAt = m_Memory[i].size() / 2;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
 #include "gwav4/bit_decoder.h"
@@ -56,23 +57,23 @@ Events steppedBy(unsigned bits) {
 }
 
 TEST(RunCodes, SayOfAnyBitsWhatTheCoderReads) {
-  for (unsigned bits = 0; bits < kRunCodes.size(); ++bits) {
-    ASSERT_EQ(unpacked(kRunCodes[bits]), steppedBy(bits)) << bits;
+  for (unsigned bits = 0; bits < std::size(kRunCodes.entries); ++bits) {
+    ASSERT_EQ(unpacked(kRunCodes.entries[bits]), steppedBy(bits)) << bits;
   }
 }
 
 // Worked out by hand.
 TEST(RunCodes, CountWholeEventsOnly) {
-  EXPECT_EQ(kRunCodes[0], 0U);
+  EXPECT_EQ(kRunCodes.entries[0], 0U);
   // A plus, a run of 0, five times; the eleventh bit is a sign without a code.
-  EXPECT_EQ(unpacked(kRunCodes[0b010'1010'1010]), (Events{10, 5, 0b11111, 0}));
+  EXPECT_EQ(unpacked(kRunCodes.entries[0b010'1010'1010]), (Events{10, 5, 0b11111, 0}));
   // A minus and 001 0: a run of 2. A plus and 01: a run of 1. 1 01: a minus and a run of 1.
-  EXPECT_EQ(unpacked(kRunCodes[0b101'1000'1001]), (Events{11, 7, 0b101001, 0b100001}));
+  EXPECT_EQ(unpacked(kRunCodes.entries[0b101'1000'1001]), (Events{11, 7, 0b101001, 0b100001}));
   // A plus and 00001 111: a run of 15. The bits 0 0 behind it are no whole event.
-  EXPECT_EQ(unpacked(kRunCodes[0b001'1110'0000]), (Events{9, 16, 1, 0}));
+  EXPECT_EQ(unpacked(kRunCodes.entries[0b001'1110'0000]), (Events{9, 16, 1, 0}));
   // A plus and 000001 0000, a run of 16, end with the last bit; one zero more, and the first event is not whole.
-  EXPECT_EQ(unpacked(kRunCodes[0b000'0100'0000]), (Events{11, 17, 1, 0}));
-  EXPECT_EQ(kRunCodes[0b000'1000'0000], 0U);
+  EXPECT_EQ(unpacked(kRunCodes.entries[0b000'0100'0000]), (Events{11, 17, 1, 0}));
+  EXPECT_EQ(kRunCodes.entries[0b000'1000'0000], 0U);
 }
 
 }  // namespace
