@@ -1,5 +1,6 @@
 #include "gwav4/bit_reader.h"
 
+#include <algorithm>
 #include <cassert>
 
 #include "gwav4/status.h"
@@ -57,7 +58,20 @@ int CBitReader::takeBitOfNextWord() {
 
 std::uint64_t CBitReader::takeBits(int count) {
   std::uint64_t value = 0;
-  for (int i = 0; i < count; ++i) value |= static_cast<std::uint64_t>(takeBit()) << i;
+  int taken = 0;
+  while (taken < count) {
+    const int ready = static_cast<int>(std::bit_width(bitBuffer)) - 1;
+    if (ready == 0) {
+      value |= static_cast<std::uint64_t>(takeBit()) << taken;
+      ++taken;
+      continue;
+    }
+    const int more = std::min(ready, count - taken);  // at most 63
+    const std::uint64_t bits = bitBuffer & ((std::uint64_t{1} << more) - 1);
+    value |= bits << taken;
+    bitBuffer >>= more;
+    taken += more;
+  }
   return value;
 }
 

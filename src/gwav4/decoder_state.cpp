@@ -3,13 +3,13 @@
 namespace zel::gwav4 {
 
 template <int Positions>
-DecoderState<Positions>::DecoderState(int planes)
-    : coders(firstOf(planes, 0)), streamers(firstOf(planes, 0)), sources(firstOf(planes, 0)) {}
-
-template <int Positions>
 void DecoderState<Positions>::reset(int topPosition) {
   top = topPosition;
   for (auto& orders : next) orders.fill({topPosition, topPosition - 1});
+  const std::size_t count = firstOf(planeCount, 0);
+  coders = std::vector<CBitDecoder>(count);
+  streamers = std::vector<CBitInfiniteReader>(count);
+  sources = std::vector<CBitInfiniteReader>(count);
 }
 
 template <int Positions>

@@ -22,14 +22,16 @@ inline constexpr int kBitPositions = static_cast<int>(8 * sizeof(T));
 
 enum class ChunkKind { significance = 0, refinement = 1 };
 
-/// The coders and readers of one image: about 25 kilobytes for a grey one of 16 bit positions.
+/// The coders and readers of one image, as many as its highest bit position asks for: about 20 kilobytes for a grey one
+/// of 12 bits.
 template <int Positions>
 class DecoderState : public CAligned<8> {
  public:
   /// planes: of the image, 1 to 3; only their chunks can be placed.
-  explicit DecoderState(int planes = kPlanes);
+  explicit DecoderState(int planes = kPlanes) : planeCount(planes) {}
 
-  /// Forgets all chunks. topPosition: of the first significance chunk of each plane and order, -1 for none.
+  /// Forgets all chunks; to be called before any is placed. topPosition: of the first significance chunk of each plane and
+  /// order, -1 for none; below Positions.
   void reset(int topPosition);
 
   /// Takes the next bit position of (plane, order, kind): from the top position down, one lower for
@@ -55,10 +57,11 @@ class DecoderState : public CAligned<8> {
   static constexpr std::size_t index(int i) { return static_cast<std::size_t>(i); }
 
   /// Where the bit positions of (plane, order) begin in the arrays below.
-  static constexpr std::size_t firstOf(int plane, int order) {
-    return (index(plane) * kOrders + index(order)) * Positions;
+  std::size_t firstOf(int plane, int order) const {
+    return (index(plane) * kOrders + index(order)) * index(top + 1);
   }
 
+  int planeCount;
   int top = -1;
   std::array<std::array<std::array<int, 2>, kOrders>, kPlanes> next{};
   std::vector<CBitDecoder> coders;

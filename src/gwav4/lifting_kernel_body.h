@@ -31,9 +31,10 @@ struct NarrowLanes {
   }
   Lane watched(std::uint32_t bits) { return watched(Wrapping{} + static_cast<std::uint16_t>(bits))[0]; }
   bool withinLimits() const {
-    bool within = true;
-    for (int i = 0; i < 16; ++i) within &= least[i] >= kLeastNarrow && most[i] <= kMostNarrow;
-    return within;
+    using Words = std::uint64_t __attribute__((vector_size(32)));
+    const auto beyond = reinterpret_cast<Words>((least < Vector{} + std::int16_t{kLeastNarrow}) |
+                                                (most > Vector{} + std::int16_t{kMostNarrow}));
+    return (beyond[0] | beyond[1] | beyond[2] | beyond[3]) == 0;
   }
   static Vector plain(Wrapping bits) { return reinterpret_cast<Vector>(bits); }
 };

@@ -27,6 +27,9 @@ struct OutputKernel {
   void (*addGrey)(const T* samples, std::size_t count, std::int32_t* sums);
   /// Adds components to three rows of `count` sums each.
   void (*addColour)(const SampleRows<T>& rows, std::size_t count, std::int32_t* sums);
+  /// means[i] = the mean, toward zero, of step x step samples whose columns add up to the `step` sums from
+  /// sums[step * i] on; step is 2, 4 or 8. `means` may be `sums`.
+  void (*reduceSums)(const std::int32_t* sums, std::size_t count, int step, std::int32_t* means);
 };
 
 }  // namespace zel::gwav4

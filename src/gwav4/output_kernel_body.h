@@ -80,11 +80,42 @@ struct Output {
     }
   }
 
+  static void reduceSums(const std::int32_t* sums, std::size_t count, int step, std::int32_t* means) {
+    switch (step) {
+      case 2:
+        reduce<2>(sums, count, means);
+        break;
+      case 4:
+        reduce<4>(sums, count, means);
+        break;
+      default:
+        reduce<8>(sums, count, means);
+        break;
+    }
+  }
+
   static constexpr OutputKernel<T> kernel() {
-    return {storeGrey<std::uint8_t>, storeGrey<std::uint16_t>, storeColour, addGrey, addColour};
+    return {storeGrey<std::uint8_t>, storeGrey<std::uint16_t>, storeColour, addGrey, addColour, reduceSums};
   }
 
  private:
+  /// In small pieces: what is read of one must not be overwritten before, yet the loops can be vectorised.
+  template <int kStep>
+  static void reduce(const std::int32_t* sums, std::size_t count, std::int32_t* means) {
+    constexpr std::size_t kPiece = 16;
+    constexpr int kShift = kStep == 2 ? 2 : kStep == 4 ? 4 : 6;
+    for (std::size_t begin = 0; begin < count; begin += kPiece) {
+      const std::size_t length = count - begin < kPiece ? count - begin : kPiece;
+      std::int32_t piece[kPiece];
+      for (std::size_t i = 0; i < length; ++i) {
+        std::int32_t sum = sums[kStep * (begin + i)];
+        for (int k = 1; k < kStep; ++k) sum += sums[kStep * (begin + i) + static_cast<std::size_t>(k)];
+        piece[i] = (sum + ((sum >> 31) & (kStep * kStep - 1))) >> kShift;
+      }
+      for (std::size_t i = 0; i < length; ++i) means[begin + i] = piece[i];
+    }
+  }
+
   template <class Limit, class Pixel>
   static void store(const T* samples, std::size_t count, Limit limit, Pixel* out) {
     for (std::size_t i = 0; i < count; ++i) out[i] = static_cast<Pixel>(limit(samples[i]));

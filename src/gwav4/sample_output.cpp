@@ -1,9 +1,9 @@
 #include "gwav4/sample_output.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 
 #include "gwav4/kernels.h"
@@ -107,20 +107,14 @@ void MeanRows<T>::storeBand() {
 template <class T>
 void MeanRows<T>::gatherColumns() {
   const std::size_t whole = rowsTaken == static_cast<std::int64_t>(blockSize) ? columns / blockSize : 0;
-  const int shift = 2 * std::countr_zero(blockSize);
-  const std::int32_t below = (std::int32_t{1} << shift) - 1;
   for (std::size_t c = 0; c < components; ++c) {
-    const std::int32_t* column = columnSums.data() + c * columns;
+    const std::int32_t* const column = columnSums.data() + c * columns;
     std::int32_t* const means = columnSums.data() + c * blocks;
-    for (std::size_t i = 0; i < whole; ++i, column += blockSize) {
-      std::int32_t sum = column[0];
-      for (std::size_t k = 1; k < blockSize; ++k) sum += column[k];
-      means[i] = (sum + ((sum >> 31) & below)) >> shift;  // toward zero
-    }
-    for (std::size_t i = whole; i < blocks; ++i) {
+    if (blockSize > 1) outputKernel<T>().reduceSums(column, whole, static_cast<int>(blockSize), means);
+    for (std::size_t i = blockSize > 1 ? whole : 0; i < blocks; ++i) {
       const std::size_t width = std::min(blockSize, columns - i * blockSize);
-      std::int32_t sum = 0;
-      for (std::size_t k = 0; k < width; ++k) sum += *column++;
+      const std::int32_t sum =
+          std::accumulate(column + i * blockSize, column + i * blockSize + width, std::int32_t{0});
       means[i] = static_cast<std::int32_t>(meanOf(static_cast<float>(sum), i));
     }
   }

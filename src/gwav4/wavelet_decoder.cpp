@@ -186,12 +186,14 @@ void CWaveletDecoder<T, Filter>::readChunk(CBitReader& reader, int plane, int or
     status = kBadStream;
     return;
   }
-  if (refinement) {
-    state->placeRefinement(plane, order, position, reader);
-    if (killed) status = kKilled;  // Quirk kill-seen-at-refinement-only
-  } else {
-    state->placeSignificance(plane, order, position, bits != 0, reader);
+  if (order >= skipLevels) {  // the others are only passed over
+    if (refinement) {
+      state->placeRefinement(plane, order, position, reader);
+    } else {
+      state->placeSignificance(plane, order, position, bits != 0, reader);
+    }
   }
+  if (refinement && killed) status = kKilled;  // Quirk kill-seen-at-refinement-only
 }
 
 /// The rows of each plane are scanned in order, from the resume position up to the row behind which a stop or a row limit
