@@ -1,7 +1,7 @@
 // The body of the block kernels, compiled once for each instruction set. All of it has internal linkage, and it
 // calls no inline function of another header: the linker must never pick a copy made for another processor.
 //
-// Before it is included, EI4_DEPOSIT is 1 where the processor has a bit deposit instruction, else 0.
+// Before it is included, EI4_AVX2 is 1 where the processor has AVX2 and BMI2, else 0.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 #include "gwav4/block_kernel.h"
 #include "gwav4/run_codes.h"
 
-#if EI4_DEPOSIT
+#if EI4_AVX2
 #include <immintrin.h>
 #endif
 
@@ -24,10 +24,19 @@ using Word = std::uint64_t;
 
 inline Word firstOnes(std::uint64_t count) { return count >= 64 ? ~Word{0} : (Word{1} << count) - 1; }
 
-#if EI4_DEPOSIT
+#if EI4_AVX2
 
 inline unsigned countOnes(Word word) { return static_cast<unsigned>(__builtin_popcountll(word)); }
-inline Word deposit(Word bits, Word places) { return _pdep_u64(bits, places); }
+
+/// Puts the lowest bits of a word, in order, at the places of the ones of `places`; further bits are ignored.
+class Depositor {
+ public:
+  explicit Depositor(Word ones) : places(ones) {}
+  Word deposited(Word bits) const { return _pdep_u64(bits, places); }
+
+ private:
+  Word places;
+};
 
 #else
 
@@ -39,28 +48,43 @@ inline unsigned countOnes(Word word) {
   return static_cast<unsigned>((word * 0x0101010101010101) >> 56);
 }
 
-/// The lowest bits of `bits`, in order, at the places of the ones of `places`; further bits are ignored.
-inline Word deposit(Word bits, Word places) {
-  if (places == ~Word{0}) return bits;
-  constexpr int kSteps = 6;
-  // A bit moves up by as many places as zeros stand below its place: by 32 where that number has bit 5, and
-  // so on. `zeros` marks what is still to be counted; its running parity from below is one bit of the number.
+/// Puts the lowest bits of a word, in order, at the places of the ones of `places`; further bits are ignored.
+class Depositor {
+ public:
+  explicit Depositor(Word ones) : places(ones) {
+    if (isSimple()) return;
+    // A bit moves up by as many places as zeros stand below its place: by 32 where that number has bit 5, and
+    // so on. `zeros` marks what is still to be counted; its running parity from below is one bit of the number.
+    Word remaining = places;
+    Word zeros = ~places << 1;
+    for (int step = 0; step < kSteps; ++step) {
+      Word parity = zeros;
+      for (int shift = 1; shift < 64; shift *= 2) parity ^= parity << shift;
+      const Word moved = parity & remaining;
+      moves[step] = moved;
+      remaining = (remaining ^ moved) | (moved >> (1 << step));
+      zeros &= ~parity;
+    }
+  }
+
+  Word deposited(Word bits) const {
+    if (isSimple()) return bits & places;
+    if (bits == 0) return 0;
+    for (int step = kSteps - 1; step >= 0; --step) {
+      bits = (bits & ~moves[step]) | ((bits << (1 << step)) & moves[step]);
+    }
+    return bits & places;
+  }
+
+ private:
+  static constexpr int kSteps = 6;
+
+  /// The ones, if any, have no zeros below them.
+  bool isSimple() const { return (places & (places + 1)) == 0; }
+
+  Word places;
   Word moves[kSteps];
-  Word remaining = places;
-  Word zeros = ~places << 1;
-  for (int step = 0; step < kSteps; ++step) {
-    Word parity = zeros;
-    for (int shift = 1; shift < 64; shift *= 2) parity ^= parity << shift;
-    const Word moved = parity & remaining;
-    moves[step] = moved;
-    remaining = (remaining ^ moved) | (moved >> (1 << step));
-    zeros &= ~parity;
-  }
-  for (int step = kSteps - 1; step >= 0; --step) {
-    bits = (bits & ~moves[step]) | ((bits << (1 << step)) & moves[step]);
-  }
-  return bits & places;
-}
+};
 
 #endif
 
@@ -354,13 +378,16 @@ template <bool kRefined, bool kDecided>
     const Word significant = block.significant[w];
     Word bits = 0;
     if constexpr (kRefined) {
-      bits = deposit(bitsAt(input.refinements, refinementsAt), significant);
+      if (EI4_AVX2 || significant != 0) {
+        bits = Depositor(significant).deposited(bitsAt(input.refinements, refinementsAt));
+      }
       refinementsAt += countOnes(significant);
     }
     if constexpr (kDecided) {
       const Word open = ~significant & firstOnes(count - 64 * w);
-      const Word events = deposit(bitsAt(input.decisions, decisionsAt), open);
-      block.negative[w] |= deposit(bitsAt(input.signs, decisionsAt), open);
+      const Depositor depositor(open);
+      const Word events = depositor.deposited(bitsAt(input.decisions, decisionsAt));
+      block.negative[w] |= depositor.deposited(bitsAt(input.signs, decisionsAt));
       decisionsAt += countOnes(open);
       block.significant[w] = significant | events;
       found += countOnes(events);
@@ -453,46 +480,63 @@ using Bytes16 = unsigned char __attribute__((vector_size(16)));
 using Pairs8 = std::uint16_t __attribute__((vector_size(16)));
 using Quads4 = std::uint32_t __attribute__((vector_size(16)));
 using Words2 = Word __attribute__((vector_size(16)));
+
+#if EI4_AVX2
 using Words4 = Word __attribute__((vector_size(32)));
+#endif
+
+/// Each word's bits as a matrix of 8 x 8, mirrored at its diagonal.
+template <class Words>
+inline Words transposed(Words x) {
+  const auto exchange = [&x](Word where, int distance) {
+    const Words moved = (x ^ (x >> distance)) & where;
+    x ^= moved ^ (moved << distance);
+  };
+  exchange(0x00AA00AA00AA00AA, 7);
+  exchange(0x0000CCCC0000CCCC, 14);
+  exchange(0x00000000F0F0F0F0, 28);
+  return x;
+}
 
 /// Bit i of bytes[c] is bit c of words[i].
 inline void transpose(const Word (&words)[8], unsigned char* bytes) {
   // First the bytes: eight words of a byte for each plane.
   const auto interleave = [](Word a, Word b) {
-    constexpr Bytes16 kOrder = {0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15};
-    return reinterpret_cast<Pairs8>(__builtin_shuffle(reinterpret_cast<Bytes16>(Words2{a, b}), kOrder));
+    const auto both = reinterpret_cast<Bytes16>(Words2{a, b});
+    return reinterpret_cast<Pairs8>(
+        __builtin_shufflevector(both, both, 0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15));
   };
   const Pairs8 planes01 = interleave(words[0], words[1]);
   const Pairs8 planes23 = interleave(words[2], words[3]);
   const Pairs8 planes45 = interleave(words[4], words[5]);
   const Pairs8 planes67 = interleave(words[6], words[7]);
-  constexpr Pairs8 kLowPairs = {0, 8, 1, 9, 2, 10, 3, 11};
-  constexpr Pairs8 kHighPairs = {4, 12, 5, 13, 6, 14, 7, 15};
-  const auto low03 = reinterpret_cast<Quads4>(__builtin_shuffle(planes01, planes23, kLowPairs));
-  const auto high03 = reinterpret_cast<Quads4>(__builtin_shuffle(planes01, planes23, kHighPairs));
-  const auto low47 = reinterpret_cast<Quads4>(__builtin_shuffle(planes45, planes67, kLowPairs));
-  const auto high47 = reinterpret_cast<Quads4>(__builtin_shuffle(planes45, planes67, kHighPairs));
-  constexpr Quads4 kLowQuads = {0, 4, 1, 5};
-  constexpr Quads4 kHighQuads = {2, 6, 3, 7};
-  const auto bytesOf = [&](Quads4 a, Quads4 b) {
-    const Quads4 first = __builtin_shuffle(a, b, kLowQuads);
-    const Quads4 second = __builtin_shuffle(a, b, kHighQuads);
-    return reinterpret_cast<Words4>(__builtin_shufflevector(first, second, 0, 1, 2, 3, 4, 5, 6, 7));
+  const auto lowPairs = [](Pairs8 a, Pairs8 b) {
+    return reinterpret_cast<Quads4>(__builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11));
   };
+  const auto highPairs = [](Pairs8 a, Pairs8 b) {
+    return reinterpret_cast<Quads4>(__builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15));
+  };
+  const auto lowQuads = [](Quads4 a, Quads4 b) { return __builtin_shufflevector(a, b, 0, 4, 1, 5); };
+  const auto highQuads = [](Quads4 a, Quads4 b) { return __builtin_shufflevector(a, b, 2, 6, 3, 7); };
+  const Quads4 low03 = lowPairs(planes01, planes23);
+  const Quads4 high03 = highPairs(planes01, planes23);
+  const Quads4 low47 = lowPairs(planes45, planes67);
+  const Quads4 high47 = highPairs(planes45, planes67);
+  const Quads4 groups[4] = {lowQuads(low03, low47), highQuads(low03, low47), lowQuads(high03, high47),
+                            highQuads(high03, high47)};
 
-  // Then the bits of each word as a matrix of 8 x 8: its quarters, their quarters, and theirs change places.
-  const auto transposed = [](Words4 x) {
-    const auto exchange = [&x](Word where, int distance) {
-      const Words4 moved = (x ^ (x >> distance)) & where;
-      x ^= moved ^ (moved << distance);
-    };
-    exchange(0x00AA00AA00AA00AA, 7);
-    exchange(0x0000CCCC0000CCCC, 14);
-    exchange(0x00000000F0F0F0F0, 28);
-    return x;
+  // Then the bits of each of these words.
+#if EI4_AVX2
+  const auto pairOf = [&](int i) {  // in memory, the stores of the halves would hold up the load of the whole
+    return reinterpret_cast<Words4>(
+        __builtin_shufflevector(groups[i], groups[i + 1], 0, 1, 2, 3, 4, 5, 6, 7));
   };
-  const Words4 halves[2] = {transposed(bytesOf(low03, low47)), transposed(bytesOf(high03, high47))};
-  std::memcpy(bytes, halves, sizeof halves);
+  const Words4 turned[2] = {transposed(pairOf(0)), transposed(pairOf(2))};
+#else
+  Words2 turned[4];
+  for (int i = 0; i < 4; ++i) turned[i] = transposed(reinterpret_cast<Words2>(groups[i]));
+#endif
+  std::memcpy(bytes, turned, sizeof turned);
 }
 
 /// Eight planes of word `w` from `first` on; those from `end` on are 0.

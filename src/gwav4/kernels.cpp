@@ -1,6 +1,6 @@
 #include "gwav4/kernels.h"
 
-#define EI4_DEPOSIT 0
+#define EI4_AVX2 0
 #include "gwav4/block_kernel_body.h"
 #include "gwav4/lifting_kernel_body.h"
 #include "gwav4/output_kernel_body.h"

@@ -1,7 +1,7 @@
 // Compiled for processors with AVX2, BMI and BMI2: nothing here may run before they were asked for.
 #include "gwav4/kernels.h"
 
-#define EI4_DEPOSIT 1
+#define EI4_AVX2 1
 #include "gwav4/block_kernel_body.h"
 #include "gwav4/lifting_kernel_body.h"
 #include "gwav4/output_kernel_body.h"

@@ -11,14 +11,45 @@
 namespace zel::gwav4 {
 namespace {
 
+#if EI4_AVX2
+constexpr std::size_t kVectorBytes = 32;
+#else
+constexpr std::size_t kVectorBytes = 16;
+#endif
+
 /// Samples in 16 bits; whether they stay within the limits is watched.
 struct NarrowLanes {
   using Lane = std::int16_t;
-  using Vector = std::int16_t __attribute__((vector_size(32)));
-  using Wrapping = std::uint16_t __attribute__((vector_size(32)));
-  static constexpr Wrapping kLow = {0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23};
-  static constexpr Wrapping kHigh = {8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31};
-  static constexpr Wrapping kEven = {0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30};
+  using Vector = std::int16_t __attribute__((vector_size(kVectorBytes)));
+  using Wrapping = std::uint16_t __attribute__((vector_size(kVectorBytes)));
+  // The halves of a's and b's samples in turn; the samples at even and at odd places of a and then b.
+#if EI4_AVX2
+  static Wrapping lowPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+  }
+  static Wrapping highPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+  }
+  static Wrapping evens(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+  }
+  static Wrapping odds(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
+  }
+#else
+  static Wrapping lowPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+  }
+  static Wrapping highPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+  }
+  static Wrapping evens(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14);
+  }
+  static Wrapping odds(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15);
+  }
+#endif
 
   Vector least = {};
   Vector most = {};
@@ -31,10 +62,12 @@ struct NarrowLanes {
   }
   Lane watched(std::uint32_t bits) { return watched(Wrapping{} + static_cast<std::uint16_t>(bits))[0]; }
   bool withinLimits() const {
-    using Words = std::uint64_t __attribute__((vector_size(32)));
+    using Words = std::uint64_t __attribute__((vector_size(kVectorBytes)));
+    std::uint64_t any = 0;
     const auto beyond = reinterpret_cast<Words>((least < Vector{} + std::int16_t{kLeastNarrow}) |
                                                 (most > Vector{} + std::int16_t{kMostNarrow}));
-    return (beyond[0] | beyond[1] | beyond[2] | beyond[3]) == 0;
+    for (std::size_t i = 0; i < kVectorBytes / sizeof any; ++i) any |= beyond[i];
+    return any == 0;
   }
   static Vector plain(Wrapping bits) { return reinterpret_cast<Vector>(bits); }
 };
@@ -42,11 +75,27 @@ struct NarrowLanes {
 /// Samples in 32 bits, where sums wrap.
 struct WideLanes {
   using Lane = std::int32_t;
-  using Vector = std::int32_t __attribute__((vector_size(32)));
-  using Wrapping = std::uint32_t __attribute__((vector_size(32)));
-  static constexpr Wrapping kLow = {0, 8, 1, 9, 2, 10, 3, 11};
-  static constexpr Wrapping kHigh = {4, 12, 5, 13, 6, 14, 7, 15};
-  static constexpr Wrapping kEven = {0, 2, 4, 6, 8, 10, 12, 14};
+  using Vector = std::int32_t __attribute__((vector_size(kVectorBytes)));
+  using Wrapping = std::uint32_t __attribute__((vector_size(kVectorBytes)));
+#if EI4_AVX2
+  static Wrapping lowPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+  }
+  static Wrapping highPairs(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+  }
+  static Wrapping evens(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14);
+  }
+  static Wrapping odds(Wrapping a, Wrapping b) {
+    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15);
+  }
+#else
+  static Wrapping lowPairs(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 0, 4, 1, 5); }
+  static Wrapping highPairs(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 2, 6, 3, 7); }
+  static Wrapping evens(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 0, 2, 4, 6); }
+  static Wrapping odds(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 1, 3, 5, 7); }
+#endif
 
   static Vector watched(Wrapping bits) { return reinterpret_cast<Vector>(bits); }
   static Lane watched(std::uint32_t bits) { return static_cast<Lane>(bits); }
@@ -145,8 +194,8 @@ struct Lifting {
       const Wrapping even = load(low + i);
       const auto odd =
           reinterpret_cast<Wrapping>(Lanes::plain(load(high + i) + halves(even + load(low + i + 1))));
-      store(out + 2 * i, reinterpret_cast<Vector>(__builtin_shuffle(even, odd, Lanes::kLow)));
-      store(out + 2 * i + kLanes, reinterpret_cast<Vector>(__builtin_shuffle(even, odd, Lanes::kHigh)));
+      store(out + 2 * i, reinterpret_cast<Vector>(Lanes::lowPairs(even, odd)));
+      store(out + 2 * i + kLanes, reinterpret_cast<Vector>(Lanes::highPairs(even, odd)));
     }
     if (evens == odds) out[count - 1] = lastOdd;
     return lanes.withinLimits();
@@ -156,8 +205,8 @@ struct Lifting {
     for (std::size_t i = 0; 2 * i < count; i += kLanes) {
       const Wrapping first = load(row + 2 * i);
       const Wrapping second = load(row + 2 * i + kLanes);
-      store(even + i, reinterpret_cast<Vector>(__builtin_shuffle(first, second, Lanes::kEven)));
-      store(odd + i, reinterpret_cast<Vector>(__builtin_shuffle(first, second, Lanes::kEven + 1)));
+      store(even + i, reinterpret_cast<Vector>(Lanes::evens(first, second)));
+      store(odd + i, reinterpret_cast<Vector>(Lanes::odds(first, second)));
     }
   }
 
