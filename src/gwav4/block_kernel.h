@@ -50,8 +50,9 @@ inline constexpr std::size_t kMostInBlock = 8192;
 
 /// Bytes of RunCursor::ahead, and of the signs behind it, for blocks of up to `count` coefficients.
 constexpr std::size_t bytesAhead(std::size_t count) {
-  constexpr std::size_t kSlack = 64;  // a few events more, and what loads and stores may touch behind the end
-  return 2 * count / 8 + kSlack;
+  constexpr std::size_t kSlack =
+      64;  // up to 160 decisions more, and what loads and stores touch behind the end
+  return count / 8 + kSlack;
 }
 
 /// Working memory of one block; its contents mean nothing between two blocks. Coefficient i is bit i % 64 of word i / 64.

@@ -1,5 +1,5 @@
-// The body of the lifting kernels, compiled once for each instruction set, with internal linkage throughout (see
-// block_kernel_body.h).
+// The lifting steps in vectors.
+// Compiled once for each instruction set: see kernels.h.
 #pragma once
 
 #include <cstddef>

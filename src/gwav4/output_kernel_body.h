@@ -1,5 +1,5 @@
-// The body of the output kernels, compiled once for each instruction set, with internal linkage throughout (see
-// block_kernel_body.h). Plain loops, which the compiler vectorises.
+// Rows of samples to rows of pixels, in plain loops that the compiler vectorises.
+// Compiled once for each instruction set: see kernels.h.
 #pragma once
 
 #include <cstddef>
