@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "gwav4/output_kernel.h"
 
@@ -99,21 +100,25 @@ struct Output {
   }
 
  private:
-  /// In small pieces: what is read of one must not be overwritten before, yet the loops can be vectorised.
+  template <int kStep>
+  static std::int32_t mean(const std::int32_t* sums) {
+    constexpr int kShift = kStep == 2 ? 2 : kStep == 4 ? 4 : 6;
+    std::int32_t sum = sums[0];
+    for (int k = 1; k < kStep; ++k) sum += sums[k];
+    return (sum + ((sum >> 31) & (kStep * kStep - 1))) >> kShift;
+  }
+
+  /// In pieces of a constant length, which are read before they are written: these loops can be vectorised.
   template <int kStep>
   static void reduce(const std::int32_t* sums, std::size_t count, std::int32_t* means) {
     constexpr std::size_t kPiece = 16;
-    constexpr int kShift = kStep == 2 ? 2 : kStep == 4 ? 4 : 6;
-    for (std::size_t begin = 0; begin < count; begin += kPiece) {
-      const std::size_t length = count - begin < kPiece ? count - begin : kPiece;
+    std::size_t i = 0;
+    for (; i + kPiece <= count; i += kPiece) {
       std::int32_t piece[kPiece];
-      for (std::size_t i = 0; i < length; ++i) {
-        std::int32_t sum = sums[kStep * (begin + i)];
-        for (int k = 1; k < kStep; ++k) sum += sums[kStep * (begin + i) + static_cast<std::size_t>(k)];
-        piece[i] = (sum + ((sum >> 31) & (kStep * kStep - 1))) >> kShift;
-      }
-      for (std::size_t i = 0; i < length; ++i) means[begin + i] = piece[i];
+      for (std::size_t k = 0; k < kPiece; ++k) piece[k] = mean<kStep>(sums + kStep * (i + k));
+      std::memcpy(means + i, piece, sizeof piece);
     }
+    for (; i < count; ++i) means[i] = mean<kStep>(sums + kStep * i);
   }
 
   template <class Limit, class Pixel>
