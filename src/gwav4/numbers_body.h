@@ -81,18 +81,21 @@ inline void loadPlanes(const BlockScratch& block, std::size_t w, int first, int 
   }
 }
 
+/// Whether all planes of word `w` from `first` to end - 1 are 0.
+inline bool areClear(const BlockScratch& block, std::size_t w, int first, int end) {
+  Word any = 0;
+  for (int position = first; position < end; ++position) any |= block.planes[position][w];
+  return any == 0;
+}
+
 /// Coefficients of up to 15 bits, in 16.
 struct NarrowNumbers {
   using Lane = std::int16_t;
 
   static void store(const BlockScratch& block, std::size_t w, int planeEnd, Lane* out) {
-    Word high = 0;
-    for (int position = 7; position < planeEnd; ++position) {
-      high |= block.planes[position][w];
-    }
     Word words[8];
     unsigned char low[64];
-    if (high == 0) {  // a byte holds each of them with its sign
+    if (areClear(block, w, 7, planeEnd)) {  // a byte holds each of them with its sign
       loadPlanes(block, w, 0, planeEnd < 7 ? planeEnd : 7, words);
       words[7] = block.negative[w];
       transpose(words, low);
@@ -122,6 +125,13 @@ struct WideNumbers {
   using Lane = std::int32_t;
 
   static void store(const BlockScratch& block, std::size_t w, int planeEnd, Lane* out) {
+    constexpr int kNarrowEnd = 15;
+    if (areClear(block, w, kNarrowEnd, planeEnd)) {
+      NarrowNumbers::Lane narrow[64];
+      NarrowNumbers::store(block, w, planeEnd < kNarrowEnd ? planeEnd : kNarrowEnd, narrow);
+      for (int i = 0; i < 64; ++i) out[i] = narrow[i];
+      return;
+    }
     Word words[8];
     unsigned char bytes[4][64] = {};
     for (int group = 0; 8 * group < planeEnd; ++group) {
