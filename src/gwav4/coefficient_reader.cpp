@@ -14,7 +14,8 @@ template <class Lane>
 CoefficientReader<Lane>::CoefficientReader(const LaneKernel<Lane>& kernel, OrderCursors& cursors,
                                            const Bands& bands, const ScanLimit& limit, BlockScratch& scratch)
     : lanes(kernel), order(cursors), shape(bands), scan(limit), block(scratch) {
-  const auto perBand = static_cast<std::size_t>(shape.firstLength + shape.secondLength);
+  const auto perBand =
+      static_cast<std::size_t>(shape.firstLength) + static_cast<std::size_t>(shape.secondLength);
   const std::size_t atOnce = std::min(static_cast<std::size_t>(shape.count),
                                       perBand == 0 ? 1 : (kWorthwhile + perBand - 1) / perBand);
   constexpr std::size_t kBlockSlack = 64;  // the kernels write whole words of coefficients
@@ -37,7 +38,8 @@ bool CoefficientReader<Lane>::hasSecond(int band) const {
 
 template <class Lane>
 std::size_t CoefficientReader<Lane>::lengthOf(int band) const {
-  return static_cast<std::size_t>(shape.firstLength + (hasSecond(band) ? shape.secondLength : 0));
+  const auto first = static_cast<std::size_t>(shape.firstLength);
+  return hasSecond(band) ? first + static_cast<std::size_t>(shape.secondLength) : first;
 }
 
 template <class Lane>

@@ -29,10 +29,10 @@ class IGWavDecompressor {
   /// Quirk too-small-then-nothing: so after kBufferTooSmall it answers kComplete or kPartial, without output.
   virtual int decompress(void* out, unsigned long outSize, int level) = 0;
 
-  /// Ends the coefficient scan behind the row at hand; the picture is made of what was read, and the status does not
-  /// tell. May come from another thread, as may kill().
+  /// Before decompress: the coefficients of row 0 only are read. While it works: the picture is made of what was read by
+  /// then. The status does not tell. May come from another thread, as may kill().
   virtual void stop() = 0;
-  /// As stop(), and no picture is made.
+  /// As stop(), and no picture is made; while one is being written, what `out` holds afterwards is unspecified.
   /// Quirk killed-late-answers-complete: the status is kKilled only where the directory notices; from then on it is
   /// kComplete or kPartial, with `out` untouched.
   virtual void kill() = 0;

@@ -45,7 +45,8 @@ class IWaveletDecoder {
   /// was called.
   virtual void convertAndCopyTo(void* out, int bytesPerPixel, int bits, int step) = 0;
 
-  /// Ends the reading of coefficients: those not read yet are zeros, until readWavelet is called again.
+  /// Ends the reading of coefficients: those not read yet are zeros, until readWavelet is called again. While a picture is
+  /// being made, all that is missing of it may be.
   virtual void stop() = 0;
   virtual void kill() = 0;
 

@@ -113,10 +113,14 @@ class CodedOrders {
 inline std::vector<std::vector<std::int32_t>> sortedIntoOrders(std::span<const std::int32_t> plane, int width,
                                                                int levels) {
   std::vector<std::vector<std::int32_t>> orders(static_cast<std::size_t>(levels) + 1);
-  for (std::size_t i = 0; i < plane.size(); ++i) {
-    const auto x = static_cast<unsigned>(i % static_cast<std::size_t>(width));
-    const auto y = static_cast<unsigned>(i / static_cast<std::size_t>(width));
-    orders[static_cast<std::size_t>(std::min(std::countr_zero(x | y), levels))].push_back(plane[i]);
+  unsigned x = 0;
+  unsigned y = 0;
+  for (const std::int32_t coefficient : plane) {
+    orders[static_cast<std::size_t>(std::min(std::countr_zero(x | y), levels))].push_back(coefficient);
+    if (++x == static_cast<unsigned>(width)) {
+      x = 0;
+      ++y;
+    }
   }
   return orders;
 }

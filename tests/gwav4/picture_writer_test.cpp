@@ -119,6 +119,7 @@ Samples randomPlane(Dice& dice, int width, int height, int most) {
 
 Coded randomPicture(Dice& dice, int width, int height, int levels, int planes, int most) {
   std::vector<Samples> all;
+  all.reserve(static_cast<std::size_t>(planes));
   for (int i = 0; i < planes; ++i) all.push_back(randomPlane(dice, width, height, most));
   return {width, height, levels, std::move(all)};
 }
@@ -190,7 +191,7 @@ TEST(WritePicture, TellsWhenLanesOf16BitsAreNotEnough) {
     }
   }
   // A low-pass sample of 8191 between high-pass ones of -8191: 8191 + 4096 + 4096 is beyond the limits.
-  Samples plane(5 * 5, -8191);
+  Samples plane(25, -8191);
   for (std::size_t i = 0; i < plane.size(); i += 2) plane[i] = 8191;
   const Coded grows(5, 5, 1, {plane});
   Pixels got;
