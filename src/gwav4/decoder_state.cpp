@@ -3,10 +3,12 @@
 namespace zel::gwav4 {
 
 template <int Positions>
-void DecoderState<Positions>::reset(int topPosition) {
+void DecoderState<Positions>::reset(int topPosition, int finest, int coarsest) {
   top = topPosition;
+  finestOrder = finest;
+  orderCount = finest > coarsest ? 0 : index(coarsest - finest + 1);
   for (auto& orders : next) orders.fill({topPosition, topPosition - 1});
-  const std::size_t count = firstOf(planeCount, 0);
+  const std::size_t count = firstOf(planeCount, finest);
   coders = std::vector<CBitDecoder>(count);
   streamers = std::vector<CBitInfiniteReader>(count);
   sources = std::vector<CBitInfiniteReader>(count);

@@ -22,17 +22,19 @@ inline constexpr int kBitPositions = static_cast<int>(8 * sizeof(T));
 
 enum class ChunkKind { significance = 0, refinement = 1 };
 
-/// The coders and readers of one image, as many as its highest bit position asks for: about 20 kilobytes for a grey one
-/// of 12 bits.
+/// The coders and readers of one image, for the orders and bit positions that are decoded: about 20 kilobytes for a whole
+/// grey one of 12 bits.
 template <int Positions>
 class DecoderState : public CAligned<8> {
  public:
   /// planes: of the image, 1 to 3; only their chunks can be placed.
   explicit DecoderState(int planes = kPlanes) : planeCount(planes) {}
 
-  /// Forgets all chunks; to be called before any is placed. topPosition: of the first significance chunk of each plane and
-  /// order, -1 for none; below Positions.
-  void reset(int topPosition);
+  /// Forgets all chunks; to be called before any is placed.
+  /// topPosition         of the first significance chunk of each plane and order, -1 for none; below Positions.
+  /// finest, coarsest    chunks of these orders and those between them can be placed; of the others only positions are
+  ///                     counted. None if finest > coarsest.
+  void reset(int topPosition, int finest = 0, int coarsest = kMaxLevels);
 
   /// Takes the next bit position of (plane, order, kind): from the top position down, one lower for
   /// refinement.
@@ -58,11 +60,13 @@ class DecoderState : public CAligned<8> {
 
   /// Where the bit positions of (plane, order) begin in the arrays below.
   std::size_t firstOf(int plane, int order) const {
-    return (index(plane) * kOrders + index(order)) * index(top + 1);
+    return (index(plane) * orderCount + index(order - finestOrder)) * index(top + 1);
   }
 
   int planeCount;
   int top = -1;
+  int finestOrder = 0;
+  std::size_t orderCount = 0;
   std::array<std::array<std::array<int, 2>, kOrders>, kPlanes> next{};
   std::vector<CBitDecoder> coders;
   std::vector<CBitInfiniteReader> streamers;  ///< of the refinement chunks

@@ -150,7 +150,7 @@ bool CWaveletDecoder<T, Filter>::readPreamble(CBitReader& reader) {
   }
   levelCount = levels;
   decodedLevels = levels - skipLevels;
-  state->reset(top);
+  state->reset(top, skipLevels, levelCount);
   return true;
 }
 

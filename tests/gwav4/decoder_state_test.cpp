@@ -130,6 +130,26 @@ TEST(DecoderState, PlacesARefinementChunk) {
   EXPECT_EQ(reader.getTotal(), 1);
 }
 
+TEST(DecoderState, PlacesTheChunksOfItsOrdersAndCountsThoseOfTheOthers) {
+  const std::vector<unsigned char> bytes(8, 0xFF);
+  const auto state = std::make_unique<State>(2);
+  state->reset(7, /*finest=*/2, /*coarsest=*/3);
+  EXPECT_EQ(state->takePosition(1, 0, ChunkKind::refinement), 6);
+  EXPECT_EQ(state->takePosition(1, 0, ChunkKind::refinement), 5);
+  std::uint64_t bit = 0;
+  for (const int plane : {0, 1}) {
+    for (const int order : {2, 3}) {
+      CBitReader reader(bytes.data(), bytes.size());
+      reader.skipBits(bit++);
+      state->placeRefinement(plane, order, state->takePosition(plane, order, ChunkKind::refinement), reader);
+    }
+  }
+  bit = 0;
+  for (const int plane : {0, 1}) {
+    for (const int order : {2, 3}) EXPECT_EQ(state->cursors(plane, order).refinements[6].position, bit++);
+  }
+}
+
 TEST(DecoderState, ForgetsItsChunksWhenItIsReset) {
   const std::vector<unsigned char> bytes = {0xFF};
   const auto state = std::make_unique<State>();
