@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "gwav4/lifting_kernel.h"
 
@@ -17,39 +18,34 @@ constexpr std::size_t kVectorBytes = 32;
 constexpr std::size_t kVectorBytes = 16;
 #endif
 
+/// Exchanges of samples between two vectors of as many as there are indices I.
+template <class Vector, std::size_t... I>
+struct Shuffles {
+  /// The samples of a's and b's lower halves in turn; of their upper halves.
+  static Vector lowPairs(Vector a, Vector b) {
+    return __builtin_shufflevector(a, b, static_cast<int>(I / 2 + I % 2 * sizeof...(I))...);
+  }
+  static Vector highPairs(Vector a, Vector b) {
+    return __builtin_shufflevector(a, b,
+                                   static_cast<int>(sizeof...(I) / 2 + I / 2 + I % 2 * sizeof...(I))...);
+  }
+  /// The samples at the even places of a and then b; at the odd places.
+  static Vector evens(Vector a, Vector b) {
+    return __builtin_shufflevector(a, b, static_cast<int>(2 * I)...);
+  }
+  static Vector odds(Vector a, Vector b) {
+    return __builtin_shufflevector(a, b, static_cast<int>(2 * I + 1)...);
+  }
+};
+
+template <class Vector, std::size_t... I>
+Shuffles<Vector, I...> shufflesOf(std::index_sequence<I...>);
+
 /// Samples in 16 bits; whether they stay within the limits is watched.
 struct NarrowLanes {
   using Lane = std::int16_t;
   using Vector = std::int16_t __attribute__((vector_size(kVectorBytes)));
   using Wrapping = std::uint16_t __attribute__((vector_size(kVectorBytes)));
-  // The halves of a's and b's samples in turn; the samples at even and at odd places of a and then b.
-#if EI4_AVX2
-  static Wrapping lowPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-  }
-  static Wrapping highPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-  }
-  static Wrapping evens(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
-  }
-  static Wrapping odds(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
-  }
-#else
-  static Wrapping lowPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
-  }
-  static Wrapping highPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
-  }
-  static Wrapping evens(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14);
-  }
-  static Wrapping odds(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15);
-  }
-#endif
 
   Vector least = {};
   Vector most = {};
@@ -77,25 +73,6 @@ struct WideLanes {
   using Lane = std::int32_t;
   using Vector = std::int32_t __attribute__((vector_size(kVectorBytes)));
   using Wrapping = std::uint32_t __attribute__((vector_size(kVectorBytes)));
-#if EI4_AVX2
-  static Wrapping lowPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
-  }
-  static Wrapping highPairs(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
-  }
-  static Wrapping evens(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 0, 2, 4, 6, 8, 10, 12, 14);
-  }
-  static Wrapping odds(Wrapping a, Wrapping b) {
-    return __builtin_shufflevector(a, b, 1, 3, 5, 7, 9, 11, 13, 15);
-  }
-#else
-  static Wrapping lowPairs(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 0, 4, 1, 5); }
-  static Wrapping highPairs(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 2, 6, 3, 7); }
-  static Wrapping evens(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 0, 2, 4, 6); }
-  static Wrapping odds(Wrapping a, Wrapping b) { return __builtin_shufflevector(a, b, 1, 3, 5, 7); }
-#endif
 
   static Vector watched(Wrapping bits) { return reinterpret_cast<Vector>(bits); }
   static Lane watched(std::uint32_t bits) { return static_cast<Lane>(bits); }
@@ -116,6 +93,7 @@ struct Lifting {
   using Vector = typename Lanes::Vector;
   using Wrapping = typename Lanes::Wrapping;
   static constexpr std::size_t kLanes = sizeof(Vector) / sizeof(Lane);
+  using Shuffle = decltype(shufflesOf<Wrapping>(std::make_index_sequence<kLanes>()));
 
   static Wrapping load(const Lane* from) {
     Wrapping samples;
@@ -194,8 +172,8 @@ struct Lifting {
       const Wrapping even = load(low + i);
       const auto odd =
           reinterpret_cast<Wrapping>(Lanes::plain(load(high + i) + halves(even + load(low + i + 1))));
-      store(out + 2 * i, reinterpret_cast<Vector>(Lanes::lowPairs(even, odd)));
-      store(out + 2 * i + kLanes, reinterpret_cast<Vector>(Lanes::highPairs(even, odd)));
+      store(out + 2 * i, reinterpret_cast<Vector>(Shuffle::lowPairs(even, odd)));
+      store(out + 2 * i + kLanes, reinterpret_cast<Vector>(Shuffle::highPairs(even, odd)));
     }
     if (evens == odds) out[count - 1] = lastOdd;
     return lanes.withinLimits();
@@ -205,8 +183,8 @@ struct Lifting {
     for (std::size_t i = 0; 2 * i < count; i += kLanes) {
       const Wrapping first = load(row + 2 * i);
       const Wrapping second = load(row + 2 * i + kLanes);
-      store(even + i, reinterpret_cast<Vector>(Lanes::evens(first, second)));
-      store(odd + i, reinterpret_cast<Vector>(Lanes::odds(first, second)));
+      store(even + i, reinterpret_cast<Vector>(Shuffle::evens(first, second)));
+      store(odd + i, reinterpret_cast<Vector>(Shuffle::odds(first, second)));
     }
   }
 
