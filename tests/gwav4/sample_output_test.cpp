@@ -119,7 +119,7 @@ TEST(Means, OfShortsEqualSumsInSinglePrecision) {
     for (int round = 0; round < 40; ++round) {
       const int width = dice.between(1, 70);
       const int height = dice.between(1, 40);
-      std::vector<short> samples(static_cast<std::size_t>(width * height));
+      std::vector<short> samples(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
       for (short& sample : samples) sample = static_cast<short>(dice.any());
       const int bits = dice.chance(2) ? 0 : dice.between(1, 16);
       std::vector<std::uint16_t> wanted;
