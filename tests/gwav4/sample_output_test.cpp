@@ -129,7 +129,9 @@ TEST(Means, OfShortsEqualSumsInSinglePrecision) {
           int count = 0;
           for (int j = y; j < std::min(y + step, height); ++j) {
             for (int i = x; i < std::min(x + step, width); ++i, ++count) {
-              sum += static_cast<float>(samples[static_cast<std::size_t>(j * width + i)]);
+              sum +=
+                  static_cast<float>(samples[static_cast<std::size_t>(j) * static_cast<std::size_t>(width) +
+                                             static_cast<std::size_t>(i)]);
             }
           }
           const int mean = static_cast<int>(sum / static_cast<float>(count));
