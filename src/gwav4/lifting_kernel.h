@@ -31,7 +31,8 @@ struct LiftingKernel {
   /// odd += its only neighbour.
   bool (*raiseOddAtEnd)(Lane* odd, const Lane* neighbour, std::size_t count);
   /// Inverts one row of `count` samples: its (count + 1) / 2 low-pass samples, which are used up, and its count / 2
-  /// high-pass ones become out[0], out[1], ...
+  /// high-pass ones become out[0], out[1], ... The odd ones of these are right, but may lie beyond the limits: the next
+  /// level's lowering notices it where that matters.
   bool (*invertRow)(Lane* low, const Lane* high, std::size_t count, Lane* out);
   /// Takes a row apart: even[i] = row[2i], odd[i] = row[2i + 1].
   void (*split)(const Lane* row, std::size_t count, Lane* even, Lane* odd);

@@ -1,11 +1,10 @@
 #include "gwav4/picture_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <memory>
 
-#include "gwav4/sample_output.h"
+#include "gwav4/mean_rows.h"
 
 namespace zel::gwav4 {
 namespace {
@@ -66,7 +65,8 @@ bool forEachRow(Planes<Lane>& planes, const PictureSource& source, Store store) 
 }
 
 /// 16-bit pixels from lanes of 16 bits: the rows are made where they belong.
-bool writeInPlace(Planes<std::int16_t>& planes, const PictureSource& source, int bits, void* out) {
+bool writeInPlace(const LaneKernel<std::int16_t>& kernel, Planes<std::int16_t>& planes,
+                  const PictureSource& source, int bits, void* out) {
   const auto width = static_cast<std::size_t>(source.shape.width);
   const auto height = static_cast<std::size_t>(source.shape.height);
   auto* const pixels = static_cast<std::int16_t*>(out);
@@ -83,8 +83,8 @@ bool writeInPlace(Planes<std::int16_t>& planes, const PictureSource& source, int
     }
     if (!planes.withinLimits()) return false;
     if (bits > 0) {
-      kernels().narrow.output.storeGrey16(to, static_cast<std::size_t>(made) * width, bits,
-                                          reinterpret_cast<std::uint16_t*>(to));
+      kernel.output.storeGrey16(to, static_cast<std::size_t>(made) * width, bits,
+                                reinterpret_cast<std::uint16_t*>(to));
     }
     y += static_cast<std::size_t>(made);
   }
@@ -103,7 +103,7 @@ bool writePicture(const LaneKernel<Lane>& kernel, PictureSource& source, const P
     return forEachRow(planes, source, [&](const SampleRows<Lane>& rows, int) { means.add(rows); });
   }
   if constexpr (sizeof(Lane) == 2) {
-    if (format.bytesPerPixel == 2) return writeInPlace(planes, source, format.bits, out);
+    if (format.bytesPerPixel == 2) return writeInPlace(kernel, planes, source, format.bits, out);
   }
   const auto width = static_cast<std::size_t>(source.shape.width);
   const std::size_t rowBytes = width * static_cast<std::size_t>(format.bytesPerPixel);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace zel::gwav4 {
 namespace {
@@ -22,7 +21,7 @@ int levelsToInvert(int levels, int width, int height) {
   return std::min(levels, doublings);
 }
 
-/// Where a level takes its low-pass rows from: the level above it, or the coarsest order.
+/// One level: makes the rows of its grid from its own coefficients and the rows of the level above it.
 template <class Lane>
 class PlaneRows<Lane>::Level {
  public:

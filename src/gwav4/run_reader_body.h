@@ -46,14 +46,12 @@ constexpr int kMostZerosAtOnce = 28;
 /// Reads a significance stream ahead, until a number of decisions is there.
 class RunReader {
  public:
-  RunReader(RunCursor& of, std::size_t needed) { begin(of, needed); }
-
-  void begin(RunCursor& of, std::size_t needed) {
-    cursor = &of;
-    bytes = of.bits.bytes;
-    position = of.bits.position;
-    loadEnd = of.bits.bitCount < 64 ? 0 : of.bits.bitCount - 63;
-    signsAt = of.signsAt;
+  RunReader(RunCursor& of, std::size_t needed)
+      : cursor(&of),
+        bytes(of.bits.bytes),
+        position(of.bits.position),
+        loadEnd(of.bits.bitCount < 64 ? 0 : of.bits.bitCount - 63),
+        signsAt(of.signsAt) {
     const std::size_t used = of.begin / 8;
     const std::size_t kept = of.end / 8 - used;
     if (used != 0) {
@@ -188,29 +186,15 @@ bool hasAhead(const RunCursor& cursor, std::size_t needed) {
          (cursor.end == cursor.begin && cursor.zeros >= static_cast<std::int64_t>(needed));
 }
 
-/// Reads ahead until `needed` decisions are there for `position` and some positions below it, two streams at a time: they
-/// have nothing to do with each other, so the processor works on one while it waits for the other.
+/// Reads ahead until `needed` decisions are there for `position`, and for the one below it if it lacks some too: the two
+/// streams have nothing to do with each other, so the processor works on one while it waits for the other.
 [[gnu::noinline]] void readAhead(OrderCursors& order, int position, std::size_t needed) {
-  constexpr int kPositions = 2;  // more of them would read more than is wanted at the end of an order
-  RunCursor* waiting[kPositions];
-  int count = 0;
-  for (int i = 0; i < kPositions && position - i >= order.lowestSignificance; ++i) {
-    RunCursor& cursor = order.runs[position - i];
-    if (!hasAhead(cursor, needed)) waiting[count++] = &cursor;
-  }
-  if (count == 0) return;
-  RunReader first(*waiting[0], needed);
-  if (count > 1) {
-    RunReader second(*waiting[1], needed);
-    for (int next = 2;;) {
-      while (first.canLook() && second.canLook()) {
-        first.takeSome();
-        second.takeSome();
-      }
-      RunReader& done = first.canLook() ? second : first;
-      if (next == count) break;
-      done.finish();
-      done.begin(*waiting[next++], needed);
+  RunReader first(order.runs[position], needed);
+  if (position > order.lowestSignificance && !hasAhead(order.runs[position - 1], needed)) {
+    RunReader second(order.runs[position - 1], needed);
+    while (first.canLook() && second.canLook()) {
+      first.takeSome();
+      second.takeSome();
     }
     second.finish();
   }

@@ -4,6 +4,7 @@
 set -eu
 nm=$1
 shift
+[ $# -gt 0 ] || { echo 'no object to look at' >&2; exit 1; }
 for object in "$@"; do
   shared=$("$nm" -C "$object" | grep -E ' [WVu] ' || true)
   if [ -n "$shared" ]; then

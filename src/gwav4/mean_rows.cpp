@@ -1,4 +1,4 @@
-#include "gwav4/sample_output.h"
+#include "gwav4/mean_rows.h"
 
 #include <algorithm>
 #include <cstring>
