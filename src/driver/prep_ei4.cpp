@@ -13,6 +13,7 @@
 #include "driver/heap.h"
 #include "driver/jpg_writer.h"
 #include "driver/paths.h"
+#include "driver/picture_limit.h"
 #include "driver/settings.h"
 #include "driver/to_int.h"
 #include "gwav4/decompressor.h"
@@ -164,8 +165,9 @@ bool PrepEI4(const char* path, bool blob, const CSize* target) {
   // Quirk late-failure-is-no-failure: from here on the answer is true, and the image tells whether it worked.
   // Without one the conversion goes on to read the same path as a raw image.
   pImageFromEI4.reset();
-  if (isRefusedJpg(csSrc)) return true;
-  const int size = bufferSize(source->getLength(), plan.readBudget, targetWidth);  // at least 32
+  const int length = source->getLength();
+  if (isRefusedJpg(csSrc) || !ei4::inputMayClaim(csSrc, length)) return true;
+  const int size = bufferSize(length, plan.readBudget, targetWidth);  // at least 32
   ei4::prepareHeap(csSrc, static_cast<std::size_t>(size));
   // The image first: what the stream and the decoding leave behind is then in one piece for the painting.
   const COLOR_TYPE colorType = colorTypeOf(plan.bytesPerPixel);

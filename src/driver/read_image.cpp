@@ -1,10 +1,12 @@
 #include "driver/read_image.h"
 
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
 #include "container/file.h"
+#include "driver/picture_limit.h"
 
 namespace {
 
@@ -25,7 +27,8 @@ std::unique_ptr<CDicomImage> ReadDicomImage(const char* path, CSize& size, COLOR
   const std::size_t wanted = image->m_nBufferSize;
   if (wanted == 0) return image;
   const std::size_t got = std::fread(image->m_pBuffer, 1, wanted, file.get());
-  if (std::ferror(file.get()) != 0) return nullptr;
+  if (std::ferror(file.get()) != 0 || !ei4::inputMayClaim(size, static_cast<std::int64_t>(got)))
+    return nullptr;
   // The buffer comes with whatever the memory held before.
   std::memset(image->m_pBuffer + got, 0, wanted - got);
   return image;

@@ -10,6 +10,7 @@
 #include "driver/convertab.h"
 #include "driver/options.h"
 #include "driver/paths.h"
+#include "driver/picture_limit.h"
 #include "driver/read_annotation.h"
 #include "driver/read_image.h"
 #include "driver/report_picture.h"
@@ -24,10 +25,12 @@ bool hasPixels(CSize size) {
   return size.cx >= 1 && size.cx <= kMax && size.cy >= 1 && size.cy <= kMax;
 }
 
-// Whether the view shows something and the picture can be made. A report may hold any numbers.
-bool canBePainted(const CDicomImage& image, const CAnnotationSet& set) {
-  return hasPixels(image.m_Size) && hasPixels(set.GetDstImageSize()) && IsOrientation(set.m_Orientation) &&
-         ReportPictureTakes(set.m_sizeClip);
+// Whether the view shows something and the picture can be made. A report may hold any numbers, also as its
+// picture's size when no box is asked for.
+bool canBePainted(const CAnnotationSet& set, CSize box) {
+  return hasPixels(set.GetDstImageSize()) && IsOrientation(set.m_Orientation) &&
+         ReportPictureTakes(set.m_sizeClip) &&
+         (box != CSize(0, 0) || ei4::hasAtMost(set.m_sizeClip, ei4::kPixelsForAnyInput));
 }
 
 // Paints the image in the report's view and window, into 8 bits a sample. Null when that fails.
@@ -56,11 +59,12 @@ int CreateReportImageFile(const char* szIn, COLOR_TYPE nInType, CSize csSource, 
   if (IsJpg(szOut) != 0 && bHasQuality == 0) return 0;
 
   // Quirk report-never-fails: from here on the answer is 1, whatever becomes of the picture.
-  auto image = pImageFromEI4 ? std::move(pImageFromEI4) : ReadDicomImage(szIn, csSource, nInType, nullptr);
-  if (!image) return 1;
+  auto image = std::move(pImageFromEI4);
   CAnnotationSet set;
   if (ReadAnnotation(set, szReport, csSource) == 0) return 1;
-  if (!FitReportView(set, csGeom) || !canBePainted(*image, set)) return 1;
+  if (!FitReportView(set, csGeom) || !canBePainted(set, csGeom)) return 1;
+  if (!image) image = ReadDicomImage(szIn, csSource, nInType, nullptr);  // last: it may be the dearest
+  if (!image || !hasPixels(image->m_Size)) return 1;
   const auto painted = paint(*image, set, dOffset, dScale);
   if (!painted) return 1;
   image.reset();  // the drawing needs memory of its own

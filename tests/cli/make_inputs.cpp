@@ -190,6 +190,7 @@ void makeReports() {
   saveText("report_of_no_view.txt", "clip 1 0 0 64 48\n");
   saveText("report_of_no_orientation.txt", "sized 64 48 0 8\nlight 256 128 0 0\nclip 1 0 0 64 48\n");
   saveText("report_huge.txt", "sized 64 48 0 0\nlight 256 128 0 0\nclip 1 0 0 2000000000 2000000000\n");
+  saveText("report_wide.txt", "sized 10000 10000 0 0\nlight 256 128 0 0\nclip 1 0 0 10000 10000\n");
   saveText("report_empty.txt", "");
 }
 

@@ -226,6 +226,32 @@ TEST_F(PrepEI4Test, ReportsAnImageThatCannotBeMadeInTheSameWay) {
   EXPECT_EQ(csSrc, CSize(65535, 65535));
 }
 
+TEST_F(PrepEI4Test, ReportsASizeThatTheInputMayNotClaimInTheSameWay) {
+  Bytes file = ei4::tools::writeEi4({}, greyStream);
+  file.resize(300);
+  const auto claim = [&file](unsigned width, unsigned height) {
+    file[kPreamble + 6] = static_cast<unsigned char>(width);
+    file[kPreamble + 7] = static_cast<unsigned char>(width >> 8);
+    file[kPreamble + 8] = static_cast<unsigned char>(height);
+    file[kPreamble + 9] = static_cast<unsigned char>(height >> 8);
+  };
+  claim(8192, 8193);
+  EXPECT_TRUE(prepare(file));
+  EXPECT_EQ(pImageFromEI4, nullptr);
+  EXPECT_EQ(csSrc, CSize(8192, 8193));
+
+  claim(8192, 8192);
+  EXPECT_TRUE(prepare(file));
+  ASSERT_NE(pImageFromEI4, nullptr);
+  EXPECT_EQ(pImageFromEI4->m_Size, CSize(8192, 8192));
+
+  const CSize target(64, 64);  // what is wanted of a large picture may be small
+  claim(65535, 65535);
+  EXPECT_TRUE(prepare(file, &target));
+  ASSERT_NE(pImageFromEI4, nullptr);
+  EXPECT_EQ(pImageFromEI4->m_Size, CSize(64, 64));
+}
+
 TEST_F(PrepEI4Test, ReportsAnEntryWithoutCodedDataInTheSameWay) {
   // The full part's first byte is the first of the coded data. A read that lies wholly in the full part
   // answers one less than it delivered: with one byte there, none.

@@ -51,6 +51,15 @@ TEST_F(ReadImage, LeavesTheRestOfAShortFileBlack) {
   EXPECT_EQ(pixelsOf(*image), (Bytes{9, 8, 7, 0, 0, 0, 0, 0, 0}));
 }
 
+TEST_F(ReadImage, RefusesAShortFileOfMoreThan64Megapixels) {
+  const auto path = folder.write("a.raw", Bytes{9, 8, 7});
+  EXPECT_EQ(readAs(path, CSize(8192, 8193), COLOR_TYPE_M08), nullptr);
+  const auto image = readAs(path, CSize(8192, 8192), COLOR_TYPE_M08);
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->m_pBuffer[3], 0);
+  EXPECT_EQ(image->m_pBuffer[image->m_nBufferSize - 1], 0);
+}
+
 TEST_F(ReadImage, ReadsALongerFileInPart) {
   const auto image = readAs(folder.write("a.raw", Bytes{9, 8, 7}), CSize(2, 1), COLOR_TYPE_M08);
   ASSERT_NE(image, nullptr);

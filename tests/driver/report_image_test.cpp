@@ -124,6 +124,23 @@ TEST_F(ReportImage, SucceedsWhenTheBoxShrinksTheImageToNothing) {
   expectNothingWritten();  // 40 * 100 / 9000 pixels wide
 }
 
+TEST_F(ReportImage, SucceedsWithoutAPictureOfMoreThan64Megapixels) {
+  useReport("sized 8192 8193 0 0\nlight 256 128 0 0\nclip 1 0 0 8192 8193\n");
+  expectNothingWritten();
+  box = CSize(40, 30);
+  EXPECT_EQ(made().width, 40U);
+}
+
+TEST_F(ReportImage, DestroysTheDecodedImageWhateverTheReportIs) {
+  for (const std::string view :
+       {"sized 40 30 0 0\n", "sized 40 30 0 0\nlight 256 128 0 0\nclip 1 0 0 0 9\n"}) {
+    useReport(view);
+    pImageFromEI4 = CreateDicomImage(COLOR_TYPE_M08);
+    expectNothingWritten();
+    EXPECT_EQ(pImageFromEI4, nullptr);
+  }
+}
+
 TEST_F(ReportImage, SucceedsForAnImageWithoutPixels) {
   source.cx = 0;
   expectNothingWritten();
