@@ -9,7 +9,8 @@ namespace ei4 {
 
 bool setName(NameField& field, const char* prefix, const char* path) {
   if (path == nullptr) return false;
-  const int length = std::snprintf(field, sizeof field, "%s%s", prefix, path);
+  const char* here = *path == '|' ? "./" : "";  // alone, a command for a library built with pipes
+  const int length = std::snprintf(field, sizeof field, "%s%s%s", prefix, here, path);
   return length >= 0 && static_cast<std::size_t>(length) < sizeof field;
 }
 

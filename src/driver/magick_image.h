@@ -21,8 +21,9 @@ using OwnedException = std::unique_ptr<ExceptionInfo, DestroyHandle>;
 /// A field that holds a file name, such as Image::filename.
 using NameField = char[MaxTextExtent];
 
-/// Writes `prefix`, never null, and `path` behind it. Returns false for a null path and for a name that is too
-/// long: it is never cut, as it would be another file's.
+/// Writes `prefix`, never null, and `path` behind it, worded so that a path that begins with "|" is the name of a
+/// file. Returns false for a null path and for a name that is too long: it is never cut, as it would be another
+/// file's.
 bool setName(NameField& field, const char* prefix, const char* path);
 
 /// True when both sides, in pixels, are at least 1 and within the limits that the library has for a side.

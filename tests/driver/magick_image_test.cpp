@@ -44,6 +44,16 @@ TEST_F(MagickImage, IsNotMadeWithoutPixels) {
   }
 }
 
+TEST_F(MagickImage, NamesAreNoCommands) {
+  ei4::NameField field;
+  EXPECT_TRUE(ei4::setName(field, "", "|touch x.png"));
+  EXPECT_STREQ(field, "./|touch x.png");
+  EXPECT_TRUE(ei4::setName(field, "GRAY:", "|touch x"));
+  EXPECT_STREQ(field, "GRAY:./|touch x");
+  EXPECT_TRUE(ei4::setName(field, "", "a|b.png"));
+  EXPECT_STREQ(field, "a|b.png");
+}
+
 TEST_F(MagickImage, NamesAreTakenWholeOrNotAtAll) {
   ei4::NameField field;
   EXPECT_TRUE(ei4::setName(field, "", "a.png"));
