@@ -5,6 +5,7 @@ add_library(ei4_build_flags INTERFACE)
 target_compile_features(ei4_build_flags INTERFACE cxx_std_20)
 # The level choice and the reducing means are defined in single precision, each operation rounded by itself.
 target_compile_options(ei4_build_flags INTERFACE -ffp-contract=off)
+target_link_libraries(ei4_build_flags INTERFACE ei4_hardening)
 if(EI4_WARNINGS)
   target_compile_options(ei4_build_flags INTERFACE
     -Wall -Wextra -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef)

@@ -5,16 +5,9 @@
 #include <cstdint>
 
 #include "driver/to_int.h"
+#include "types/wrapping.h"
 
 namespace {
-
-// 32-bit two's complement that wraps around.
-// Quirk table-product-wraps: an ordinary 16-bit window of 65536 with 16 output bits passes 2^31 halfway up
-// its ramp, which then continues with the wrapped values.
-int wrap(std::uint32_t bits) { return static_cast<int>(bits); }
-std::uint32_t bitsOf(int value) { return static_cast<std::uint32_t>(value); }
-int wrappedSum(int a, int b) { return wrap(bitsOf(a) + bitsOf(b)); }
-int wrappedDifference(int a, int b) { return wrap(bitsOf(a) - bitsOf(b)); }
 
 // Stored values from `lo` on rise to `lo + span`. `step` is the signed distance from
 // `below` to the other end.
@@ -35,12 +28,12 @@ template <typename Entry>
 void fillRamp(Entry* table, int start, int end, Ramp ramp) {
   const double divisor = ramp.span;
   for (int i = start; i < end; ++i) {
-    const std::uint32_t distance = bitsOf(i) - bitsOf(ramp.lo);
-    const std::uint32_t product = distance * bitsOf(ramp.step);
-    const std::uint32_t quotient =
-        ramp.span == -1 ? 0U - product
-                        : bitsOf(static_cast<int>(static_cast<double>(wrap(product)) / divisor));
-    table[i] = static_cast<Entry>(quotient + bitsOf(ramp.below));
+    // Quirk table-product-wraps: an ordinary 16-bit window of 65536 with 16 output bits passes 2^31 halfway up
+    // its ramp, which then continues with the wrapped values.
+    const int product = wrappedProduct<int>(wrappedDifference<int>(i, ramp.lo), ramp.step);
+    const int quotient = ramp.span == -1 ? wrappedDifference<int>(0, product)
+                                         : static_cast<int>(static_cast<double>(product) / divisor);
+    table[i] = static_cast<Entry>(wrappedSum<int>(quotient, ramp.below));
   }
 }
 
@@ -56,7 +49,7 @@ void fillTable(Entry* table, int count, int start, int end, Ramp ramp, int above
 
 int FieldhounsLevel(int value, double intercept, double slope, int shift) {
   const double scale = std::ldexp(slope, shift);
-  const int stored = wrappedDifference(value, ei4::toInt(intercept));
+  const int stored = wrappedDifference<int>(value, ei4::toInt(intercept));
   if (scale == 1.0 || scale == 0.0) return stored;
   return ei4::toInt(stored / scale);
 }
@@ -71,10 +64,10 @@ Convertab CreateConvertab(double intercept, double slope, int window, int level,
       std::malloc(static_cast<std::size_t>(count) * (bytes ? sizeof(std::uint8_t) : sizeof(std::uint16_t))));
   if (!table) return nullptr;
 
-  const int width = window < 0 ? wrappedDifference(0, window) : window;  // INT_MIN stays INT_MIN
-  const int low = wrappedDifference(level, width / 2);
+  const int width = window < 0 ? wrappedDifference<int>(0, window) : window;  // INT_MIN stays INT_MIN
+  const int low = wrappedDifference<int>(level, width / 2);
   int lo = FieldhounsLevel(low, intercept, slope, shift);
-  int hi = FieldhounsLevel(wrappedSum(low, width), intercept, slope, shift);
+  int hi = FieldhounsLevel(wrappedSum<int>(low, width), intercept, slope, shift);
   if (slope < 0) std::swap(lo, hi);
 
   const int start = std::clamp(lo, 0, count);
@@ -82,7 +75,7 @@ Convertab CreateConvertab(double intercept, double slope, int window, int level,
   const int top = (1 << outBits) - 1;
   const int above = invert != 0 ? 0 : top;
   const Ramp ramp{.lo = lo,
-                  .span = wrappedDifference(hi, lo),
+                  .span = wrappedDifference<int>(hi, lo),
                   .step = invert != 0 ? -top : top,
                   .below = invert != 0 ? top : 0};
   if (bytes) {

@@ -14,8 +14,7 @@ std::uint16_t littleEndian16(const unsigned char* bytes) {
 
 /// Quirk byte-size-wraps: a signed 32-bit product, widened afterwards.
 unsigned long wrappedByteSize(const GWHeader& header, int width, int height) {
-  const std::uint32_t product = std::uint32_t{header.bytesPerPixel} * static_cast<std::uint32_t>(width) *
-                                static_cast<std::uint32_t>(height);
+  const std::int64_t product = std::int64_t{header.bytesPerPixel} * width * height;
   return static_cast<unsigned long>(static_cast<std::int32_t>(product));
 }
 
@@ -41,10 +40,8 @@ int countHalvings(int wantedSize, int width, int height) {
 /// the single-precision arithmetic, each operation rounded, is part of the result.
 int estimateBudget(const GWHeader& header, int width, int height) {
   constexpr int kSmallestBudget = 8192;
-  const std::uint32_t bitsPerPixel =
-      std::uint32_t{header.bitsPerPixel} * (header.bytesPerPixel == 3 ? 3U : 1U);
-  const auto bits = static_cast<std::int32_t>(static_cast<std::uint32_t>(width) *
-                                              static_cast<std::uint32_t>(height) * bitsPerPixel);
+  const int bitsPerPixel = header.bitsPerPixel * (header.bytesPerPixel == 3 ? 3 : 1);
+  const auto bits = static_cast<std::int32_t>(std::int64_t{bitsPerPixel} * width * height);  // wraps
   const int wholeKilobytes = bits / 8000;
   const auto kilobytes = static_cast<float>(wholeKilobytes);
   if (kilobytes < 40.0F) return kSmallestBudget;

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "image/pixel.h"
+#include "types/wrapping.h"
 
 namespace {
 
@@ -124,8 +125,7 @@ Walk walkFor(ORIENTATION orientation, int nx, int ny, int width) {
 }
 
 int wrappedStepRow(const Walk& walk, int nx) {
-  return static_cast<int>(static_cast<std::uint32_t>(walk.rowAdvance) -
-                          static_cast<std::uint32_t>(walk.stepX) * static_cast<std::uint32_t>(nx));
+  return wrappedDifference<int>(walk.rowAdvance, wrappedProduct<int>(walk.stepX, nx));
 }
 
 /// Everything but the filling. Returns the first painted pixel's distance from the destination's first pixel.

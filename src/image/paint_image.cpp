@@ -1,6 +1,6 @@
 #include "image/paint_image.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <new>
 
 #include "image/paint_average.h"
@@ -9,15 +9,14 @@
 #include "image/paint_job.h"
 #include "image/paint_sampled.h"
 #include "image/row_sink.h"
+#include "types/wrapping.h"
 
 namespace {
 
 /// From a row's first pixel to the next row's. The step after the last pixel may have
 /// wrapped; their sum wraps back.
 std::ptrdiff_t rowAdvance(const PaintGeometry& g) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(g.nDstStepRow) +
-                                   static_cast<std::uint32_t>(g.nDstStepX) *
-                                       static_cast<std::uint32_t>(g.nDstCols));
+  return wrappedSum<int>(g.nDstStepRow, wrappedProduct<int>(g.nDstStepX, g.nDstCols));
 }
 
 template <class Source>

@@ -18,7 +18,7 @@ constexpr std::size_t kChunk = 1024;  // columns whose sums stay in the nearest 
 /// Vector units convert signed numbers only.
 inline double toDouble(std::uint32_t value) {
   constexpr std::uint32_t kHalf = std::uint32_t{1} << 31;
-  return static_cast<double>(static_cast<std::int32_t>(value - kHalf)) + static_cast<double>(kHalf);
+  return static_cast<double>(static_cast<std::int32_t>(value ^ kHalf)) + static_cast<double>(kHalf);
 }
 
 /// Adds whole rows, several at a time so that each sum is loaded and stored less often.

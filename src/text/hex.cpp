@@ -15,8 +15,8 @@ int StrToHex(const char* text) {
   std::uint32_t value = 0;
   for (; *text != '\0'; ++text) {
     const int digit = ByteToHex(static_cast<unsigned char>(*text));
-    if (digit < 0) continue;  // Quirk hex-skips-non-digits
-    value = value * 16 + static_cast<std::uint32_t>(digit);
+    if (digit < 0) continue;                                 // Quirk hex-skips-non-digits
+    value = value << 4 | static_cast<std::uint32_t>(digit);  // the last eight digits stay
   }
   return static_cast<int>(value);
 }

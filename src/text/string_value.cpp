@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "types/wrapping.h"
+
 namespace {
 
 // Loops of their own: the checked builds' strspn and strcspn measure the whole text in each call.
@@ -33,7 +35,10 @@ bool readDigits(const char*& text, UNSIGNED& value) {
   const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
   if (!isDigit(*text)) return false;
   value = 0;
-  for (; isDigit(*text); ++text) value = value * 10 + static_cast<UNSIGNED>(*text - '0');
+  for (; isDigit(*text); ++text) {
+    const auto digit = static_cast<UNSIGNED>(*text - '0');
+    value = wrappedSum<UNSIGNED>(wrappedProduct<UNSIGNED>(value, 10), digit);
+  }
   return true;
 }
 
@@ -74,7 +79,7 @@ bool CStringValue::ReadInt(const char*& text, int& value) {
   if (!readDigits(text, number)) return false;
   value = static_cast<int>(number);  // Quirk int-without-its-space
   if (!readSpace(text)) return false;
-  if (isNegative) value = static_cast<int>(0 - number);
+  if (isNegative) value = static_cast<int>(wrappedDifference<unsigned int>(0, number));
   return true;
 }
 

@@ -162,5 +162,6 @@ void CList<TYPE, ARG>::AddBlock() {
   const auto nodes = static_cast<unsigned int>(m_nBlockSize);
   CPlex* const block = CPlex::Create(m_pBlocks, nodes, sizeof(CNode));
   auto* const memory = static_cast<std::byte*>(block->data());
-  for (std::size_t i = nodes; i-- > 0;) m_pFree = ::new (memory + i * sizeof(CNode)) CFreeNode{m_pFree};
+  for (std::size_t i = nodes; i > 0; --i)
+    m_pFree = ::new (memory + (i - 1) * sizeof(CNode)) CFreeNode{m_pFree};
 }

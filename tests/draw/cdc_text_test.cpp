@@ -184,7 +184,7 @@ TEST_F(Text, AtWideCoordinatesNeitherOverflowsNorShows) {
     for (const unsigned int format : {0U, 4U, 8U, 16U, 77U, 89U}) {
       tagRECT rect{far, far, far, far};
       dc.DrawText("abc", &rect, format);
-      tagRECT empty{far, far, -far / 2, 0};
+      tagRECT empty{far, far, far / -2, 0};
       dc.DrawText("abc", &empty, format);
     }
   }

@@ -19,7 +19,7 @@ class Coefficient {
 
  private:
   static constexpr std::uint32_t magnitudeOf(std::int32_t value) {
-    return value < 0 ? 0U - static_cast<std::uint32_t>(value) : static_cast<std::uint32_t>(value);
+    return value < 0 ? ~static_cast<std::uint32_t>(value) + 1U : static_cast<std::uint32_t>(value);
   }
   std::uint32_t word_;
 };
