@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <string>
 #include <system_error>
 
@@ -33,5 +34,7 @@ bool AddFontFolder() {
     if (users == folder || users.starts_with(folder + kSeparator)) return true;
     folders += kSeparator + users;
   }
-  return setenv(kVariable, folders.c_str(), /*overwrite=*/1) == 0;
+  // Only for lack of memory; text would be drawn in another font.
+  if (setenv(kVariable, folders.c_str(), /*overwrite=*/1) != 0) throw std::bad_alloc();
+  return true;
 }

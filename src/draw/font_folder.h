@@ -6,5 +6,5 @@
 /// system's, still wins. The folder has a fixed place relative to the running program, installed and built alike.
 /// To be called before the first look-up of a font, while there is one thread; a second call adds nothing.
 /// Returns false, and changes nothing, when there is no such folder or its name holds a colon: text then takes the
-/// font that MagickCore falls back to, or none.
+/// font that MagickCore falls back to, or none. Throws std::bad_alloc.
 bool AddFontFolder();

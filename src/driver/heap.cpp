@@ -2,6 +2,7 @@
 
 #include <malloc.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -29,11 +30,18 @@ void adviseHugePages(void* block, std::size_t size) {
   madvise(block, size / kHugePage * kHugePage, MADV_HUGEPAGE);
 }
 
+// What is set aside then is missing where the libraries map their own: an encoder that finds no room to be loaded.
+bool isAddressSpaceLimited() {
+  rlimit limit = {};
+  return getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
+}
+
 }  // namespace
 
 void prepareHeap(CSize size, std::size_t more) {
   constexpr long kLongestSide = std::numeric_limits<std::uint16_t>::max();
   if (size.cx < 0 || size.cx > kLongestSide || size.cy < 0 || size.cy > kLongestSide) return;
+  if (isAddressSpaceLimited()) return;
   const auto pixels = static_cast<std::uint64_t>(size.cx) * static_cast<std::uint64_t>(size.cy);
   const std::uint64_t bytes =
       std::min(pixels * kBytesPerPixel + std::min<std::uint64_t>(more, kLongestStretch), kLongestStretch);

@@ -14,7 +14,7 @@ namespace ei4 {
 /// before the picture's own memory is allocated.
 ///
 /// Only a hint: impossible and negative sizes are ignored, nothing is touched, nothing fails. Changes malloc's
-/// settings for the whole process.
+/// settings for the whole process. Does nothing in an address space that is limited (RLIMIT_AS).
 void prepareHeap(CSize size, std::size_t more);
 
 }  // namespace ei4

@@ -7,6 +7,7 @@
 
 #include "draw/font_folder.h"
 #include "driver/heap.h"
+#include "driver/library_failure.h"
 #include "driver/options.h"
 #include "driver/paths.h"
 #include "driver/prep_ei4.h"
@@ -18,6 +19,7 @@ namespace {
 
 // MagickCore sets its own signal handlers, which remove its temporary files.
 void startMagickCore(const char* program) {
+  ei4::endRunWhenLibraryFails();
   MagickCoreGenesis(program, MagickTrue);
   SetMagickResourceLimit(ThreadResource, 1);  // a short run never earns back what a pool of threads costs
 }
@@ -61,6 +63,7 @@ Outcome runJob() {
 int RunConverter(int count, const char* const* words) {
   startMagickCore(count > 0 ? words[0] : nullptr);
   ReadArgs(count, words);
+  ei4::setEndAfterLibraryFailure(1, /*emptyLine=*/szReportFile == nullptr);
 
   Outcome outcome = Outcome::done;
   if (helpOnly == 0) {
@@ -74,6 +77,8 @@ int RunConverter(int count, const char* const* words) {
   if (outcome == Outcome::failedEarly) return 1;
   if (outcome == Outcome::failed) std::putchar('\n');
 
+  const int status = outcome == Outcome::done ? 0 : 1;
+  ei4::setEndAfterLibraryFailure(status, /*emptyLine=*/false);
   MagickCoreTerminus();
-  return outcome == Outcome::done ? 0 : 1;
+  return status;
 }

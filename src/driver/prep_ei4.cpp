@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "container/blob_reader.h"
@@ -139,6 +141,12 @@ COLOR_TYPE colorTypeOf(int bytesPerPixel) {
   }
 }
 
+// True when an image may have so many bytes: it then takes nothing but memory to create it.
+bool canBeCreated(CSize size, COLOR_TYPE colorType) {
+  const int pixelBytes = colorType == COLOR_TYPE_M08 ? 1 : colorType == COLOR_TYPE_M16 ? 2 : 3;
+  return ei4::hasAtMost(size, std::numeric_limits<std::uint32_t>::max() / pixelBytes);
+}
+
 // True when all that is wanted is a JPEG of a size that ProcessImage will refuse, whatever the pixels are: a
 // few bytes of header may claim gigabytes of them.
 bool isRefusedJpg(CSize size) {
@@ -173,6 +181,8 @@ bool PrepEI4(const char* path, bool blob, const CSize* target) {
   const COLOR_TYPE colorType = colorTypeOf(plan.bytesPerPixel);
   auto image = CreateDicomImage(colorType);
   const bool hasPixels = image && image->Create(plan.width, plan.height) != 0;
+  // Without this the stream could be taken for the pixels of a raw image, once there is memory again.
+  if (!hasPixels && canBeCreated(csSrc, colorType)) throw std::bad_alloc();
   const Stream stream = readStream(std::move(source), plan, size);
   if (stream.coded < 1) return true;
 

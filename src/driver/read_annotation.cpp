@@ -6,13 +6,14 @@
 #include <new>
 
 #include "annotation/annotation_set.h"
+#include "annotation/report_limits.h"
 #include "container/file.h"
 
 int ReadAnnotation(CAnnotationSet& set, const char* path, CSize sizeImg) {
   const File file = openRegularFile(path, "rb");
   if (!file) return 0;
   const auto size = measureFile(file.get());
-  if (size <= 0) return 0;
+  if (size <= 0 || size > ei4::kMostReportBytes) return 0;
 
   const auto length = static_cast<std::size_t>(size);
   const std::unique_ptr<char[]> text(new (std::nothrow) char[length + 1]);

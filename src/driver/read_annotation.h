@@ -7,7 +7,8 @@ class CAnnotationSet;
 
 /// Reads the report file `path` into `set`, whose annotations measure themselves.
 /// sizeImg  size of the picture that the report is about, pixels
-/// Returns 1 when the file could be read and its view is complete (see SetAnnotationSetReport). Returns 0 for a
-/// null path, a file that is missing, empty, no regular file or of 2^31 bytes and more, and when memory for
-/// the text runs short. Throws std::bad_alloc only, from the reading of the text.
+/// Returns 1 when the file could be read, its view is complete and it passes no limit (see
+/// SetAnnotationSetReport). Returns 0 for a null path, a file that is missing, empty, no regular file or larger
+/// than kMostReportBytes (annotation/report_limits.h), and when memory for the text runs short. Throws
+/// std::bad_alloc only, from the reading of the text.
 int ReadAnnotation(CAnnotationSet& set, const char* path, CSize sizeImg);

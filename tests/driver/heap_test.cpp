@@ -182,3 +182,14 @@ TEST(Heap, DoesWithoutWhereMemoryIsShort) {
     return goesOn;
   });
 }
+
+TEST(Heap, LeavesALimitedAddressSpaceToOthers) {
+  if (!kOwnHeap) GTEST_SKIP();  // the sanitizer needs its own address space
+  inProcessOfItsOwn([] {
+    const rlimit most = {.rlim_cur = 512 * kMebibyte, .rlim_max = 512 * kMebibyte};
+    if (setrlimit(RLIMIT_AS, &most) != 0) return false;
+    const std::size_t before = heapBytes();
+    ei4::prepareHeap(CSize(2048, 2048), 0);
+    return heapBytes() == before;
+  });
+}

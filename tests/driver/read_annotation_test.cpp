@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
 #include "annotation/annotation_set.h"
+#include "annotation/report_limits.h"
 #include "support/cli_temp_folder.h"
 
 namespace {
@@ -62,11 +64,27 @@ TEST_F(ReadReport, FailsForAPipeWithoutWaitingForIt) {
   EXPECT_EQ(read(folder.path("pipe")), 0);
 }
 
-TEST_F(ReadReport, FailsForAFileOfTwoGigabytesAtOnce) {
+TEST_F(ReadReport, FailsForAFileBeyondTheLimitWithoutReadingIt) {
   const std::string path = write(kView);
-  std::error_code error;
-  std::filesystem::resize_file(path, 1UL << 31, error);  // without taking up room on the disk
-  if (error) GTEST_SKIP() << "no file of this size can be made here";
-  EXPECT_EQ(read(path), 0);
-  EXPECT_EQ(set.m_nLightWindow, 0);
+  const auto resize = [&path](std::uintmax_t size) {
+    std::error_code error;
+    std::filesystem::resize_file(path, size, error);  // zero bytes, which take up no room on the disk
+    return !error;
+  };
+  for (const std::uintmax_t size : {std::uintmax_t{ei4::kMostReportBytes} + 1, std::uintmax_t{50} << 20,
+                                    std::uintmax_t{1} << 31, std::uintmax_t{1} << 40}) {
+    if (!resize(size)) continue;  // no file of this size can be made here
+    EXPECT_EQ(read(path), 0) << size;
+    EXPECT_EQ(set.m_nLightWindow, 0) << size;
+  }
+  ASSERT_TRUE(resize(ei4::kMostReportBytes));
+  EXPECT_EQ(read(path), 1);
+  EXPECT_EQ(set.m_nLightWindow, 400);
+}
+
+TEST_F(ReadReport, FailsForAReportBeyondALimit) {
+  std::string text = kView;
+  for (int i = 0; i <= ei4::kMostAnnotations; ++i) text += "text 1 ff 9 9 0 0 9 9 9 9 | 0 a\n";
+  EXPECT_EQ(read(write(text)), 0);
+  EXPECT_TRUE(set.m_listAnnotations.IsEmpty());
 }

@@ -31,10 +31,11 @@ class FileBeside {
     }
     file_.reset(fdopen(descriptor, "wb"));
     if (!file_) {
-      const FileError error(path);
+      const int error = errno;
       close(descriptor);
       unlink(name_.c_str());
-      throw error;
+      errno = error;
+      throw FileError(path);
     }
   }
   FileBeside(const FileBeside&) = delete;

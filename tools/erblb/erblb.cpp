@@ -43,8 +43,8 @@ void run(const Request& request) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  const std::vector<std::string_view> words(argv + (argc > 0 ? 1 : 0), argv + argc);
   try {
+    const std::vector<std::string_view> words(argv + (argc > 0 ? 1 : 0), argv + argc);
     run(ei4::erblb::parseCommandLine(words));
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
       throw ei4::erblb::JobError("standard output: " + std::generic_category().message(errno));
