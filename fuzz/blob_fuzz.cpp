@@ -1,10 +1,13 @@
 // Blob containers: reading the structure, reading of entries, and what the extraction of hostile names leaves behind.
 //
-// Input   four reads of u8 entry (modulo their number), i32 position, i32 count; then the container.
+// Input   four reads of u8 entry (modulo their number), i32 position, i32 count; then the container. In the end the
+//         last read's position, modulo the file's size plus one, is where the file is cut.
 // Limits  Containers of more than 64 entries are not extracted: making files takes most of the time.
 // Holds   Accepted containers, entries and payloads are those of the second reader. A read answers and writes exactly
-//         what lies within its entry. Extraction, by the tool as well as by the class for names without folders, makes
-//         nothing outside its folder, and what it makes are payloads.
+//         what lies within its entry, and in a file that was cut no more than that. Extraction, by the tool as well as
+//         by the class, makes and changes nothing outside its folder, and what it makes are whole payloads.
+
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -57,22 +60,38 @@ void compareEntries(const FileBlob& blob, const LiteralContainer& literal) {
   }
 }
 
-void tryRead(FileBlob& blob, Bytes file, const LiteralContainer& literal, const Read& read) {
+// `there`: bytes that the file has by now, at least those of its start.
+void tryRead(FileBlob& blob, Bytes file, std::size_t there, const LiteralContainer& literal,
+             const Read& read) {
   if (literal.entries.empty()) return;
   const auto& [name, wanted] =
       *std::next(literal.entries.begin(), static_cast<std::ptrdiff_t>(read.entry % literal.entries.size()));
   const BlobEntry* const entry = blob.findBlobEntry(name);
   require(entry != nullptr, "each entry is found by its name");
-  const std::int64_t there = std::min<std::int64_t>(read.count, wanted.size - std::int64_t{read.position});
-  const auto bytes = read.position < 0 || there < 1 ? 0 : static_cast<std::size_t>(there);
-  std::vector<unsigned char> buffer(bytes);  // exactly what may be written
   unsigned char nothing = 0;
+  if (read.position < 0) {
+    require(blob.readEntryIntoBuffer(entry, read.position, &nothing, 0, read.count) == -1,
+            "it has no such place");
+    return;
+  }
+  const auto most = std::max<std::int64_t>(
+      0, std::min<std::int64_t>(read.count, wanted.size - std::int64_t{read.position}));
+  const std::int64_t start = literal.dataBase + wanted.offset + read.position;
+  const auto least = std::clamp<std::int64_t>(static_cast<std::int64_t>(there) - start, 0, most);
+  std::vector<unsigned char> buffer(static_cast<std::size_t>(most));  // exactly what may be written
   const int got =
-      blob.readEntryIntoBuffer(entry, read.position, bytes > 0 ? buffer.data() : &nothing, 0, read.count);
-  require(got == (read.position < 0 ? -1 : static_cast<int>(bytes)), "a read answers what there is");
+      blob.readEntryIntoBuffer(entry, read.position, most > 0 ? buffer.data() : &nothing, 0, read.count);
+  require(got >= least && got <= most, "a read answers what there is");
   const Bytes payload = payloadOf(file, literal, wanted);
-  require(bytes == 0 || std::equal(buffer.begin(), buffer.end(), payload.begin() + read.position),
+  require(got == 0 || std::equal(buffer.begin(), buffer.begin() + got, payload.begin() + read.position),
           "a read gives the payload's bytes");
+}
+
+bool holds(const fs::path& path, Bytes payload) {
+  std::ifstream stream(path, std::ios::binary);
+  const std::vector<char> bytes(std::istreambuf_iterator<char>(stream), {});
+  return std::equal(bytes.begin(), bytes.end(), payload.begin(), payload.end(),
+                    [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
 }
 
 /// The folder that extraction works in, among others that it must leave alone.
@@ -80,7 +99,7 @@ class Surroundings {
  public:
   Surroundings() {
     fs::create_directory(m_folder.path("outside"));
-    m_folder.write("outside/kept", {});
+    m_folder.write("outside/kept", kKept);
     fs::create_directory(m_folder.path("inside"));
     restore();
   }
@@ -94,16 +113,24 @@ class Surroundings {
     fs::create_directory_symlink("../outside", m_folder.path("inside/link"));
     fs::create_symlink("../outside/made", m_folder.path("inside/dangling"));
     fs::create_symlink("../outside/kept", m_folder.path("inside/kept"));
+    fs::create_hard_link(m_folder.path("outside/kept"), m_folder.path("inside/hard"));
+    fs::create_directory(m_folder.path("inside/folder"));
+    require(mkfifo(m_folder.path("inside/pipe").c_str(), 0600) == 0, "a pipe can be made");
   }
+
+  /// True for the file outside under its other name.
+  bool isKept(const fs::path& path) const { return fs::equivalent(path, m_folder.path("outside/kept")); }
 
   void requireUnchanged() const {
     require(namesIn(m_folder.path()) == std::vector<std::string>{"container.erblb", "inside", "outside"} &&
                 namesIn(m_folder.path("outside")) == std::vector<std::string>{"kept"} &&
-                fs::file_size(m_folder.path("outside/kept")) == 0,
+                holds(m_folder.path("outside/kept"), kKept),
             "nothing is made or changed outside the folder");
   }
 
  private:
+  static constexpr std::array<std::uint8_t, 3> kKept = {1, 2, 3};
+
   static std::vector<std::string> namesIn(const std::string& folder) {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder))
@@ -130,20 +157,14 @@ class Within {
   fs::path m_before;
 };
 
-void requirePayload(const fs::path& path, Bytes payload) {
-  std::ifstream stream(path, std::ios::binary);
-  const std::vector<char> bytes(std::istreambuf_iterator<char>(stream), {});
-  require(std::equal(bytes.begin(), bytes.end(), payload.begin(), payload.end(),
-                     [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; }),
-          "an extracted file holds its payload");
-}
-
-void requirePayloads(const std::string& folder, Bytes file, const LiteralContainer& literal) {
+void requirePayloads(const Surroundings& place, Bytes file, const LiteralContainer& literal) {
+  const std::string folder = place.inside();
   for (const auto& found : fs::recursive_directory_iterator(folder)) {
-    if (found.is_symlink() || !found.is_regular_file()) continue;
+    if (found.is_symlink() || !found.is_regular_file() || place.isKept(found.path())) continue;
     const auto entry = literal.entries.find(found.path().string().substr(folder.size() + 1));
     require(entry != literal.entries.end(), "what is extracted is an entry");
-    requirePayload(found.path(), payloadOf(file, literal, entry->second));
+    require(holds(found.path(), payloadOf(file, literal, entry->second)),
+            "an extracted file holds its payload");
   }
 }
 
@@ -158,16 +179,6 @@ void extractByTool(const Surroundings& place, const std::string& container, bool
   } catch (const ei4::erblb::JobError&) {
     // It says that some were refused.
   }
-}
-
-void extractByClass(FileBlob& blob, Bytes file, const LiteralContainer& literal, const std::string& folder) {
-  for (const auto& [name, entry] : literal.entries) {
-    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) return;
-    std::error_code ignored;
-    fs::remove(fs::path(folder) / name, ignored);  // it follows links, as its description says
-  }
-  blob.extractAll();
-  requirePayloads(folder, file, literal);
 }
 
 }  // namespace
@@ -188,15 +199,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!parsed) return 0;
   compareEntries(blob, *literal);
   blob.printEntries();
-  for (const Read& read : reads) tryRead(blob, file, *literal, read);
+  for (const Read& read : reads) tryRead(blob, file, file.size(), *literal, read);
 
-  if (literal->entries.empty() || literal->entries.size() > kMostExtracted) return 0;
+  if (literal->entries.size() > kMostExtracted) return 0;
   const Within within(place.inside());
+  const auto requireSafe = [&] {
+    place.requireUnchanged();
+    requirePayloads(place, file, *literal);
+  };
   extractByTool(place, path, (size & 1) != 0);
-  place.requireUnchanged();
-  requirePayloads(place.inside(), file, *literal);
-  extractByClass(blob, file, *literal, place.inside());
-  place.requireUnchanged();
+  requireSafe();
+  blob.extractAll();
+  requireSafe();
+
+  const std::size_t cut = static_cast<std::uint32_t>(reads.back().position) % (file.size() + 1);
+  fs::resize_file(path, cut);
+  for (const Read& read : reads) tryRead(blob, file, cut, *literal, read);
+  blob.extractAll();
+  requireSafe();
   place.restore();
   return 0;
 }

@@ -73,6 +73,8 @@ Seeds blobSeeds() {
   seeds["names_through_links"] = blobInput(named({"link/x", "link", "dangling", "kept", "link/../x"}));
   seeds["control_bytes_in_names"] =
       blobInput(named({"a\nb", "\x1b[2J", "\xc3\xa4", "\xff\xfe", "a\\b", "-f"}));
+  seeds["names_in_use"] = blobInput(named({"hard", "pipe", "folder", "folder/x", "pipe/x", "Kept"}));
+  seeds["own_container_and_temporary_files"] = blobInput(named({"container.erblb", ".erblb-1-0.tmp"}));
   seeds["a_file_where_a_folder_is_needed"] = blobInput(named({"a", "a/b", "b/c", "b"}));
   seeds["zero_byte_in_a_name"] =
       blobInput(BlobBuilder().entry(std::string_view("ab\0cd", 5), 4, 0).bytes(ramp(4)).build());
@@ -136,15 +138,40 @@ Seeds prepSeeds() {
   seeds["entry_that_is_missing"] = prepInput(1, 0, containerOf("other.ei4", grey));
   seeds["full_part_alone"] = prepInput(1, 0, containerOf("img.f.ei4", grey));
   const std::span<const unsigned char> whole(grey);
-  for (const std::size_t split : {std::size_t{10}, std::size_t{30}, std::size_t{45}, std::size_t{120}}) {
+  for (const std::size_t split : {10U, 24U, 30U, 40U, 45U, 120U}) {
     seeds["two_parts_split_at_" + std::to_string(split)] = prepInput(
         2, 0, containerOf("img.f.ei4", whole.subspan(split)), containerOf("img.t.ei4", whole.first(split)));
   }
+  // The last byte delivered is one that nobody gets: it shows where the stream is cut.
+  seeds["two_parts_split_at_40_and_cut"] = prepInput(2, 0, containerOf("img.f.ei4", whole.subspan(40, 150)),
+                                                     containerOf("img.t.ei4", whole.first(40)));
   seeds["two_parts_thumbnail"] =
       prepInput(2, 8, containerOf("img.f.ei4", whole.subspan(60)), containerOf("img.t.ei4", whole.first(60)));
   seeds["two_parts_the_first_empty"] =
       prepInput(2, 0, containerOf("img.f.ei4", grey), containerOf("img.t.ei4", {}));
   seeds["no_container"] = prepInput(1, 0, {});
+  seeds["initial_part_whose_container_is_bad"] =
+      prepInput(2, 0, containerOf("img.f.ei4", grey), BlobBuilder().magic("ERBM").build());
+
+  // Long enough to be read in part: 8 KiB will do for a picture halved once, and 16 KiB for a thumbnail.
+  const Bytes large = ei4File(smallStream(150, 140, 1, 8));
+  seeds["read_in_part"] = prepInput(0, 140, large);
+  seeds["two_parts_read_in_part"] =
+      prepInput(2, 140, containerOf("img.f.ei4", std::span(large).subspan(4000)),
+                containerOf("img.t.ei4", std::span(large).first(4000)));
+  seeds["thumbnail_read_in_part"] =
+      prepInput(1, 20, containerOf("img.ei4", ei4File(smallStream(150, 130, 2, 12))));
+
+  // More pixels than so short an input may claim.
+  const auto claim = [&grey](int width, int height) {
+    Bytes file = grey;
+    file[30] = static_cast<unsigned char>(width), file[31] = static_cast<unsigned char>(width >> 8);
+    file[32] = static_cast<unsigned char>(height), file[33] = static_cast<unsigned char>(height >> 8);
+    return file;
+  };
+  seeds["a_few_pixels_too_many"] = prepInput(0, 0, claim(8193, 8192));
+  seeds["as_many_pixels_as_there_can_be"] = prepInput(0, 0, claim(65535, 65535));
+  seeds["more_pixels_in_an_entry"] = prepInput(1, 0, containerOf("img.ei4", claim(65535, 65535)));
   return seeds;
 }
 

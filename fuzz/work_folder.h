@@ -1,6 +1,9 @@
 // A folder in memory for what a target has to see as files.
 #pragma once
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -13,15 +16,18 @@
 
 namespace ei4::fuzz {
 
-/// Goes away at the end of the process, unless that crashes.
+/// Locked while its process lives. Goes away at the end of that or, after a crash, when the next one is made.
 class WorkFolder {
  public:
   WorkFolder() {
     std::error_code error;
     const bool hasMemory = std::filesystem::is_directory("/dev/shm", error) && access("/dev/shm", W_OK) == 0;
-    m_path = hasMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string();
-    m_path += "/ei4-fuzz-XXXXXX";
-    require(mkdtemp(m_path.data()) != nullptr, "a folder can be made");
+    const std::string place = hasMemory ? "/dev/shm" : std::filesystem::temp_directory_path().string();
+    removeAbandoned(place);
+    do {  // until nobody took it for an abandoned one
+      m_path = place + "/" + kName + "XXXXXX";
+      require(mkdtemp(m_path.data()) != nullptr, "a folder can be made");
+    } while (!lock(m_path));
   }
   ~WorkFolder() {
     std::error_code ignored;
@@ -44,6 +50,31 @@ class WorkFolder {
   }
 
  private:
+  static constexpr const char* kName = "ei4-fuzz-";
+
+  // Holds the folder for the rest of the process. False when another process does, or it is gone.
+  static bool lock(const std::string& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    struct stat held = {};
+    struct stat named = {};
+    if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &held) == 0 &&
+        stat(folder.c_str(), &named) == 0 && held.st_ino == named.st_ino) {
+      return true;
+    }
+    close(descriptor);
+    return false;
+  }
+
+  static void removeAbandoned(const std::string& place) {
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(place, ignored)) {
+      const std::string path = entry.path().string();
+      if (entry.path().filename().string().starts_with(kName) && lock(path))
+        std::filesystem::remove_all(path, ignored);
+    }
+  }
+
   std::string m_path;
 };
 

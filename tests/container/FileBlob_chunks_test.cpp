@@ -174,12 +174,4 @@ TEST_F(BlobChunks, FailTheParseOnlyThroughATableEntryPastTheFile) {
   EXPECT_FALSE(FileBlob(path).parseBlob());
 }
 
-TEST_F(BlobChunks, CountByHundredThousandsWithoutDelay) {
-  BlobBuilder builder;
-  for (int i = 0; i < 200000; ++i) builder.chunk(std::to_string(i), {1, 2, 3});
-  parse(builder);
-  EXPECT_EQ(blob->entries().size(), 200000U);
-  EXPECT_EQ(payload("199999"), (std::vector<unsigned char>{1, 2, 3}));
-}
-
 }  // namespace

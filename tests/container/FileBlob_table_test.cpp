@@ -1,9 +1,12 @@
 // The header and the table of a container.
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <climits>
+#include <filesystem>
 
 #include "container/FileBlob.h"
 #include "support/blob_builder.h"
@@ -87,6 +90,23 @@ TEST_F(BlobTable, EndsAtTheFirstMissingEntryHoweverManyAreClaimed) {
   EXPECT_FALSE(parses(BlobBuilder().entryCount(INT_MAX).entry("a", 0, 0).build()));
 }
 
+TEST_F(BlobTable, AcceptsEmptyNamesAndNamesOfAHashAlone) {
+  ASSERT_TRUE(
+      parses(BlobBuilder().entry("", 2, 0).entry("p#", 1, 0).entry("#", 0, 0).bytes(ramp(2)).build()));
+  ASSERT_EQ(blob->entries().size(), 1U);  // each is called ""
+  EXPECT_EQ(blob->findBlobEntry("")->prefix, "");
+  EXPECT_EQ(blob->findBlobEntry("")->size, 0);
+  EXPECT_EQ(blob->findBlobEntry("")->nameLength, 1);
+}
+
+TEST_F(BlobTable, AcceptsEntriesThatShareBytes) {
+  ASSERT_TRUE(
+      parses(BlobBuilder().entry("a", 5, 0).entry("b", 5, 0).entry("c", 3, 1).bytes(ramp(5)).build()));
+  unsigned char byte = 0;
+  EXPECT_EQ(blob->readEntryIntoBuffer(blob->findBlobEntry("c"), 2, &byte, 0, 1), 1);
+  EXPECT_EQ(byte, 3);
+}
+
 TEST_F(BlobTable, AcceptsANameOf255Bytes) {
   const std::string name(255, 'n');
   EXPECT_TRUE(parses(BlobBuilder().entry(name, 0, 0).build()));
@@ -155,6 +175,46 @@ TEST_F(BlobTable, SurvivesEndsBeyondSixtyFourBits) {
 TEST_F(BlobTable, FailsWithoutAFileOrOnAFolder) {
   EXPECT_FALSE(FileBlob(folder.path("missing")).parseBlob());
   EXPECT_FALSE(FileBlob(folder.path("")).parseBlob());
+}
+
+TEST_F(BlobTable, FailsOnDevicesAndOnLinksThatLeadNowhere) {
+  EXPECT_FALSE(FileBlob("/dev/zero").parseBlob());
+  EXPECT_FALSE(FileBlob("/dev/null").parseBlob());
+  std::filesystem::create_symlink("loop", folder.path("loop"));
+  std::filesystem::create_symlink("nowhere", folder.path("dangling"));
+  EXPECT_FALSE(FileBlob(folder.path("loop")).parseBlob());
+  EXPECT_FALSE(FileBlob(folder.path("dangling")).parseBlob());
+  EXPECT_FALSE(FileBlob(std::string(5000, 'n')).parseBlob());
+}
+
+TEST_F(BlobTable, IsFoundThroughALink) {
+  folder.write("a.erblb", BlobBuilder().entry("a", 0, 0).build());
+  std::filesystem::create_symlink("a.erblb", folder.path("link"));
+  EXPECT_TRUE(FileBlob(folder.path("link")).parseBlob());
+}
+
+TEST_F(BlobTable, FailsOnAFileThatMayNotBeRead) {
+  const std::string path = folder.write("a.erblb", BlobBuilder().build());
+  ASSERT_TRUE(FileBlob(path).parseBlob());
+  namespace fs = std::filesystem;
+  fs::permissions(folder.path(""), fs::perms::others_exec, fs::perm_options::add);
+  fs::permissions(path, fs::perms::none);
+  const auto before =
+      static_cast<uid_t>(setfsuid(12345));  // for root permissions count only as somebody else
+  EXPECT_FALSE(FileBlob(path).parseBlob());
+  setfsuid(before);
+}
+
+TEST_F(BlobTable, MayPointToTheLastByteOfTwoGibibytes) {
+  constexpr int kBase = 128 + 2 + 1 + 12;
+  const std::string path = folder.write("big.erblb", BlobBuilder().entry("a", INT_MAX - kBase, 0).build());
+  ASSERT_EQ(truncate(path.c_str(), INT_MAX), 0);
+  FileBlob big(path);
+  ASSERT_TRUE(big.parseBlob());
+  std::array<unsigned char, 2> last = {7, 7};
+  EXPECT_EQ(big.readEntryIntoBuffer(big.findBlobEntry("a"), INT_MAX - kBase - 1, last.data(), 0, 2), 1);
+  EXPECT_EQ(last[0], 0);
+  EXPECT_EQ(last[1], 7);
 }
 
 TEST_F(BlobTable, FailsOnMoreThanTwoGibibytes) {

@@ -109,7 +109,8 @@ Options:
       --version         print the version
       --                what follows is no option
 
-extract writes nothing outside DIR: names such as "../x" and "/x" and ways through symbolic links are refused.
+extract writes nothing outside DIR: names such as "../x" and "/x" and ways through symbolic links are refused,
+and so is a whole container whose entries overlap so much that they take 16 times its size (and over 64 MiB).
 build puts the finished file in place in one step. append and delete work in place and undo what they wrote when
 they cannot finish or are interrupted; each waits for others that work on the same container.
 

@@ -6,6 +6,7 @@
 #include <cinttypes>
 #include <cstdio>
 
+#include "container/file_below.h"
 #include "erblb/commands.h"
 #include "erblb/interrupt.h"
 #include "erblb/new_file.h"
@@ -14,6 +15,11 @@
 namespace ei4::erblb {
 
 namespace {
+
+// Entries may share bytes of the container, so that a small one can claim any number of them. Extracting all of
+// them at once ends with the larger of these.
+constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 26;  // bytes
+constexpr std::int64_t kMostTimesItsSize = 16;               // times the container's own size
 
 // Opens the folder that the entry's file belongs to, making folders on the way.
 Descriptor openTarget(int top, const std::vector<std::string>& components) {
@@ -26,7 +32,7 @@ Descriptor openTarget(int top, const std::vector<std::string>& components) {
 }
 
 void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, bool force) {
-  const auto components = safeComponents(entry.name);
+  const auto components = componentsBelow(entry.name);
   if (!components) throw JobError(shown(entry.name) + ": would leave the target folder, not extracted");
   const Descriptor folder = openTarget(top, *components);
   NewFile file(folder.get(), components->back(), force);
@@ -41,10 +47,17 @@ void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, b
   file.commit();
 }
 
-std::vector<std::string> effectiveNames(const OpenedContainer& container) {
+std::vector<std::string> effectiveNames(OpenedContainer& container) {
   std::vector<std::string> names;
+  std::int64_t bytes = 0;
   for (const auto& [name, entry] : container.entries()) {
-    if (!isDeletionMark(*entry)) names.push_back(name);
+    if (isDeletionMark(*entry)) continue;
+    names.push_back(name);
+    bytes += entry->size;
+  }
+  if (bytes > std::max(kMostAtOnce, kMostTimesItsSize * container.getFileSize())) {
+    throw JobError("the entries overlap and would take " + std::to_string(bytes) +
+                   " bytes, nothing extracted: name those that are wanted");
   }
   return names;
 }
