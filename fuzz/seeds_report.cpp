@@ -19,10 +19,41 @@ const std::string kView =
 /// A report with one annotation line.
 Bytes one(const std::string& line, int flags = kMeasure | kDraw) { return input(kView + line + "\n", flags); }
 
+std::string repeated(const std::string& what, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += what;
+  return all;
+}
+
+const std::string kCommon = "1 ff 9 9 1 1 8 20 40 30 | ";
+
+// What passes each limit of a report, and what comes near.
+void addLimits(Seeds& seeds) {
+  const std::string text = "text " + kCommon + "0 ";
+  const std::string outline = "free " + kCommon;
+  seeds["too_many_annotations"] = one(repeated(text + "a\n", 1001));
+  seeds["annotation_lines_without_fields"] = one(repeated("text \n", 1001));
+  seeds["label_of_4000_bytes"] = one(text + repeated("x", 4000));
+  seeds["label_of_4001_bytes"] = one(text + repeated("x", 4001));
+  seeds["label_of_coded_line_ends"] = one(text + repeated("%0a", 2001));
+  seeds["labels_too_long_in_all"] = one(repeated(text + repeated("x", 4000) + "\n", 17));
+  seeds["outlines_with_too_many_vertices"] = one(repeated(outline + "17000\n", 3) + repeated("1 2 ", 17500));
+  seeds["outlines_that_read_each_other"] = one(repeated(outline + "2000000000\n", 1000));
+  seeds["outline_of_2001_vertices"] = one(outline + "2001" + repeated(" 9 9 70 50", 1001) + " x");
+  seeds["outline_with_many_runs_at_the_left_edge"] = one(outline + "60" + repeated(" 0 0 79 59", 30) + " x");
+  seeds["huge_ovals_across_the_picture"] = one(repeated("oval 1 ff -16000 9 0 0 9 9 9 9 | 16000 13 x\n", 40));
+  seeds["dashes_without_an_end"] =
+      one("cobangle_x 1 ff -2147483648 9 0 0 9 9 9 9 0 | 2147483647 9 -2147483648 9 2147483647 9 x");
+  seeds["letters_beyond_their_room"] = input(kView + "patient_orientation 0 LAPFHR%00A @/etc/hostname\n");
+  seeds["endless_line"] = input(kView + repeated("x", 9000));
+  seeds["zero_bytes"] = input(kView + std::string(9, '\0') + "light 1 2 1 1\n");
+}
+
 }  // namespace
 
 Seeds reportSeeds() {
   Seeds seeds;
+  addLimits(seeds);
   seeds["view_only"] = input(kView);
   seeds["ruler"] = one("ruler 1 00ffff 10 10 1 1 8 20 40 30 | 50 40 12.5+mm");
   seeds["ruler_x"] = one("ruler_x 1 ffff00 10 10 1 1 8 20 40 30 3 | 50 40 12.5+mm");

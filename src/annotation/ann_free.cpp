@@ -35,13 +35,13 @@ ANN_MODE CAnnFree::GetAnnMode() { return ANN_FREE; }
 int CAnnFree::SetAnnotationReport(unsigned int version, char* text, int nCalc) {
   ReportFields fields(SetAnnotationReportBase(version, text));
   const int count = fields.TakeInt();
-  if (fields.Missing() || count < 0 || m_pSet->m_nOutlineBytes <= 0) return 0;
+  if (fields.Missing() || count < 0 || m_pSet->m_allowance.outlineBytes <= 0) return 0;
 
   const char* const begin = fields.End();
-  const std::vector<CPoint> points = takePoints(fields, count, m_pSet->m_nOutlineBytes);
+  const std::vector<CPoint> points = takePoints(fields, count, m_pSet->m_allowance.outlineBytes);
   const bool haveAll = points.size() == static_cast<std::size_t>(count);
   CString value = haveAll ? fields.TakeText() : CString();
-  m_pSet->m_nOutlineBytes -= fields.End() - begin;
+  m_pSet->m_allowance.outlineBytes -= fields.End() - begin;
   if (!haveAll || fields.Missing()) return 0;
 
   m_arrVertices.SetSize(count);

@@ -1,11 +1,10 @@
 // The annotations of one picture and the view under which they were made.
 #pragma once
 
-#include <limits>
-
 #include "annotation/ann_mode.h"
 #include "annotation/annotation.h"
 #include "annotation/report_keywords.h"
+#include "annotation/report_limits.h"
 #include "draw/cdc.h"
 #include "text/image_mode.h"
 #include "types/list.h"
@@ -26,7 +25,8 @@ class CAnnotationSet {
   /// text     zero-terminated, not changed; null reads nothing
   /// sizeImg  size of the picture, pixels; taken over by a "sized" line if neither side is 0
   /// nCalc    non-zero: annotations measure themselves
-  /// Returns 1 when the last "sized" and the last "light" line were good, else 0.
+  /// Returns 1 when the last "sized" and the last "light" line were good, else 0. Returns 0, too,
+  /// for a report that passes a limit (annotation/report_limits.h): no annotation is then left.
   int SetAnnotationSetReport(char* text, CSize sizeImg, int nCalc);
 
   // One view line each; `text` stands on the first field and may be null. Returns 1, or 0 having changed
@@ -107,15 +107,10 @@ class CAnnotationSet {
   unsigned int m_nPatientOrientation = 0xFFFFFF;
   int m_bRoiRead = 0;
   int m_bRoi = 0;
-  CRect m_rectRoi{0, 0, 0, 0};  ///< image coordinates
-  /// How much of a report outlines ("free") may still read, bytes. Their counts can make each of them read the
-  /// lines of the others; without a limit a hostile text would take time and memory by the square of its length.
-  long m_nOutlineBytes = std::numeric_limits<long>::max();
+  CRect m_rectRoi{0, 0, 0, 0};       ///< image coordinates
+  ei4::ReportAllowance m_allowance;  ///< what a report may still hold
 
  private:
-  /// What outlines may read on top of twice the report's length.
-  static constexpr long kSparedOutlineBytes = 1L << 16;
-
   /// As CreateAnnotation, but numbered by the caller.
   CAnnotation* AppendAnnotation(ANN_MODE kind, int nIndex, CPoint pt, unsigned int color, CSize sizeImg,
                                 ORIENTATION orient);
@@ -123,4 +118,5 @@ class CAnnotationSet {
   bool AreViewLinesRead() const;  ///< the last "sized" and the last "light" line were good
   void ReadReportLine(char* line, CSize sizeImg, int nCalc);
   void ReadAnnotationLine(char* line, const ReportAction& action, int nCalc);
+  void TakeFromAllowance(CAnnotation& annotation);
 };

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "annotation/ann_free.h"
 #include "annotation/ann_text.h"
 #include "annotation/annotation_set.h"
 #include "annotation/report_fields.h"
@@ -34,12 +35,14 @@ long fitOffset(long clip, long displayed) { return displayed < clip ? (clip + 1 
 }  // namespace
 
 int CAnnotationSet::SetAnnotationSetReport(char* text, CSize sizeImg, int nCalc) {
-  // Only outlines that share words need more than the whole text once.
-  if (text != nullptr) m_nOutlineBytes = 2 * static_cast<long>(std::strlen(text)) + kSparedOutlineBytes;
+  if (text != nullptr) m_allowance = ei4::ReportAllowance(std::strlen(text));
   // Quirk first-line-as-it-stands: blanks and comments are skipped in front of all lines but the first.
-  for (char* line = text; line != nullptr; line = SkipCommentLines(NextLine(line)))
+  for (char* line = text; line != nullptr && !m_allowance.IsExceeded();
+       line = SkipCommentLines(NextLine(line)))
     ReadReportLine(line, sizeImg, nCalc);
-  return AreViewLinesRead() ? 1 : 0;
+  if (!m_allowance.IsExceeded()) return AreViewLinesRead() ? 1 : 0;
+  DeleteAnnotations();
+  return 0;
 }
 
 bool CAnnotationSet::AreViewLinesRead() const {
@@ -91,6 +94,19 @@ void CAnnotationSet::ReadAnnotationLine(char* line, const ReportAction& action, 
     return;
   }
   if (auto* const label = dynamic_cast<CAnnSpnLabel*>(annotation)) label->m_bFromReport = 1;
+  TakeFromAllowance(*annotation);
+}
+
+void CAnnotationSet::TakeFromAllowance(CAnnotation& annotation) {
+  const auto takeLabel = [this](const CString& label) {
+    const int bytes = label.GetLength();
+    m_allowance.labelBytes = bytes <= ei4::kMostLabelBytes ? m_allowance.labelBytes - bytes : -1;
+  };
+  m_allowance.annotations -= 1;
+  takeLabel(annotation.m_strValue);
+  if (const auto* const text = dynamic_cast<const CAnnText*>(&annotation)) takeLabel(text->m_strText);
+  if (const auto* const outline = dynamic_cast<const CAnnFree*>(&annotation))
+    m_allowance.vertices -= outline->m_arrVertices.GetSize();
 }
 
 int CAnnotationSet::EvalReportedSize(char* text, CSize sizeImg) {

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -33,7 +34,8 @@ CDC::CDC(Image* image, ImageInfo* info)
       m_pImage(image),
       m_pDrawInfo(CloneDrawInfo(info, nullptr)),
       m_ptCurrent(0, 0),
-      m_nLineHeight(static_cast<long>(kPointSize)) {
+      m_nLineHeight(static_cast<long>(kPointSize)),
+      m_nWork(std::numeric_limits<long>::max()) {
   if (!m_pDrawInfo) throw std::bad_alloc();
   clear(m_pDrawInfo->primitive);
   clear(m_pDrawInfo->text);
@@ -59,6 +61,12 @@ void CDC::MeasureCell() {
   FONT_HEIGHT = static_cast<long>(std::ceil(metrics.bounds.y2 - metrics.bounds.y1));
   const auto height = static_cast<long>(std::floor(metrics.ascent - metrics.descent + 0.5));
   if (height > 0) m_nLineHeight = height;
+}
+
+bool CDC::TakeWork(long work) {
+  if (HasLeftOut()) return false;
+  m_nWork = work <= m_nWork ? m_nWork - work : -1;
+  return !HasLeftOut();
 }
 
 CBrush* CDC::SelectObject(CBrush* brush) { return std::exchange(m_pBrush, brush); }

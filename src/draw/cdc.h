@@ -51,6 +51,13 @@ class CDC {
   CPoint GetCurrentPosition() const { return m_ptCurrent; }
   CSize GetImageSize() const;  ///< of the picture that is drawn on, pixels
 
+  /// Bounds what is drawn from here on: the figure or text that takes more than what is left of `work`, and all
+  /// behind it, are left out wholly or in part, which HasLeftOut then tells. The unit is about a tenth of a
+  /// microsecond: a point or a pixel of an outline takes one, a byte of text 150. Without this call nothing is
+  /// left out.
+  void LimitWork(long work) { m_nWork = work; }
+  bool HasLeftOut() const { return m_nWork < 0; }
+
   /// A line from the current position in the pen's colour; its end becomes current. Of 64-bit coordinates the
   /// low 32 bits are drawn. Returns 1, as do all that draw.
   int LineTo(int x, int y);
@@ -98,9 +105,11 @@ class CDC {
   static constexpr double kTextStrokeWidth = 0.01;  ///< between texts; nothing is stroked
 
   void MeasureCell();
-  /// An outline of the primitive, when there is one, saves the library the work.
-  int Stroke(const char* primitive, const char* colour, ei4::Outline* outline);
-  void StrokeAndFill(const char* primitive, const char* stroke, const char* fill, ei4::Outline* outline);
+  bool TakeWork(long work);  ///< false when there was not as much left
+  /// An outline of the primitive, when there is one, saves the library the work, which else takes libraryWork.
+  int Stroke(const char* primitive, const char* colour, ei4::Outline* outline, long libraryWork);
+  void StrokeAndFill(const char* primitive, const char* stroke, const char* fill, ei4::Outline* outline,
+                     long libraryWork);
   void AnnotateLines(long x, long y, const char* text);
 
   CBrush m_defaultBrush;
@@ -113,4 +122,5 @@ class CDC {
   std::unique_ptr<DrawInfo, Free> m_pDrawInfo;
   CPoint m_ptCurrent;
   long m_nLineHeight;  ///< pixels from one line of a text to the next
+  long m_nWork;        ///< that may still be done; below 0 once something has been left out
 };

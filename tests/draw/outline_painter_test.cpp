@@ -69,7 +69,8 @@ TEST_F(OutlinePainter, AgreesWithTheLibraryAtHand) {
   const ei4::test::OwnedPicturePart<DrawInfo> info(AcquireDrawInfo());
   CloneString(&info->primitive, "line 1 1 9 9");
   auto outline = ei4::Outline::line(1, 1, 9, 9);
-  if (!ei4::paintOutline(*picture.image(), *info, *outline)) {
+  long work = 1000;
+  if (!ei4::paintOutline(*picture.image(), *info, *outline, work)) {
     constexpr std::size_t kKnownVersion = 0x69B;  // 6.9.11
     std::size_t version = 0;
     GetMagickVersion(&version);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -129,6 +130,19 @@ TEST_F(ReportImage, SucceedsWithoutAPictureOfMoreThan64Megapixels) {
   expectNothingWritten();
   box = CSize(40, 30);
   EXPECT_EQ(made().width, 40U);
+}
+
+TEST_F(ReportImage, SucceedsWithoutAPictureThatTakesTooMuchDrawing) {
+  const std::string view = "sized 40 30 0 0\nlight 256 128 0 0\nclip 1 0 0 40 30\n";
+  const std::string oval = "oval_x 1 ff 1 1 0 0 9 9 9 9 0 | 16000 3 x\n";  // an outline of 64,000 pixels
+  useReport(view + oval);
+  EXPECT_EQ(made().width, 40U);
+  std::filesystem::remove(out);
+
+  std::string ovals;
+  for (int i = 0; i < 500; ++i) ovals += oval;
+  useReport(view + ovals);
+  expectNothingWritten();
 }
 
 TEST_F(ReportImage, DestroysTheDecodedImageWhateverTheReportIs) {
