@@ -8,7 +8,8 @@ include(CheckPIESupported)
 string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
 string(FIND "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${configuration}}" "-fsanitize" sanitizer)
 
-add_library(ei4_hardening INTERFACE)
+add_library(ei4_hardening INTERFACE)          # for all our own code
+add_library(ei4_hardened_program INTERFACE)   # for our programs: what links to our libraries links in its own way
 set(EI4_HARDENED OFF)  # whether this build's programs have all of it
 if(EI4_HARDENING AND sanitizer EQUAL -1)
   if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
@@ -44,7 +45,7 @@ if(EI4_HARDENING AND sanitizer EQUAL -1)
     string(MAKE_C_IDENTIFIER "EI4_LINKER_TAKES_${flag}" known)
     check_linker_flag(CXX -Wl,-z,${flag} ${known})
     if(${known})
-      target_link_options(ei4_hardening INTERFACE $<${optimised}:LINKER:-z,${flag}>)
+      target_link_options(ei4_hardened_program INTERFACE $<${optimised}:LINKER:-z,${flag}>)
     endif()
   endforeach()
 endif()

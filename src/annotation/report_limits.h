@@ -22,9 +22,11 @@ inline constexpr long kMostVertices = 50'000;  ///< of all outlines; 40 us each 
 /// all others, which would take time by the square of the report's length.
 inline constexpr long kSparedOutlineBytes = 1L << 16;
 
-/// What drawing a report may take, in the drawing context's units: some four seconds. How large figures become on
-/// the picture shows only then. A hundred ovals of 1000 pixels across take a quarter of it.
+/// What drawing a report may take, in the drawing context's units: some four seconds, and for each pixel of the
+/// picture less than half of what it costs to write it as a PNG. How large figures become on the picture shows only
+/// then. A hundred ovals of 1000 pixels across take a quarter of the first.
 inline constexpr long kMostDrawingWork = 40'000'000;
+inline constexpr long kDrawingWorkOfAPixel = 2;
 
 /// What a report that is being read has left of these.
 struct ReportAllowance {

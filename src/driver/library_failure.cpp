@@ -14,8 +14,14 @@ constexpr std::size_t kSmallBlock = std::size_t{64} << 10;
 int endStatus = 1;
 bool endLine = true;
 
-// Nothing of the library may be called any more, so its handlers at exit are passed by.
+// Nothing of the library may be called any more, so its handlers at exit are passed by: but for what its handlers of
+// signals call, too, which removes the files that hold pixels.
 [[noreturn]] void endRun() {
+  static bool isEnding = false;
+  if (!isEnding) {
+    isEnding = true;
+    AsynchronousResourceComponentTerminus();
+  }
   if (endLine) std::putchar('\n');
   std::fflush(stdout);
   std::_Exit(endStatus);

@@ -7,7 +7,8 @@ namespace ei4 {
 /// alone the library would end it with statuses of its own, wait for a lock that it holds itself, or call itself until
 /// the stack is full. To be called before MagickCoreGenesis, once.
 ///
-/// Large blocks are left out: the library can do without them, or says that it cannot.
+/// Large blocks are left out: the library can do without them, or says that it cannot. So is what the library gets
+/// from elsewhere: for the memory of a lock it can still wait for ever, and other libraries end as they do.
 void endRunWhenLibraryFails();
 
 /// The process is to end with `status` instead, after the empty line or without it.

@@ -15,6 +15,10 @@ constexpr std::int64_t kPixelsForAnyInput = std::int64_t{1} << 26;
 /// some 50 to 200 bytes for as many pixels.
 constexpr std::int64_t kPixelsForEachByte = 256;
 
+/// Pixels of a picture whose size is the report's own: MagickCore holds such a picture twice, at 8 bytes a pixel, and
+/// by the limits that it usually comes with can write no more.
+constexpr std::int64_t kPixelsOfAReport = 60'000'000;
+
 /// True when both sides are at least 0 and there are at most `most` pixels.
 constexpr bool hasAtMost(CSize size, std::int64_t most) {
   if (size.cx < 0 || size.cy < 0) return false;

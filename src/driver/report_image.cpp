@@ -30,7 +30,7 @@ bool hasPixels(CSize size) {
 bool canBePainted(const CAnnotationSet& set, CSize box) {
   return hasPixels(set.GetDstImageSize()) && IsOrientation(set.m_Orientation) &&
          ReportPictureTakes(set.m_sizeClip) &&
-         (box != CSize(0, 0) || ei4::hasAtMost(set.m_sizeClip, ei4::kPixelsForAnyInput));
+         (box != CSize(0, 0) || ei4::hasAtMost(set.m_sizeClip, ei4::kPixelsOfAReport));
 }
 
 // Paints the image in the report's view and window, into 8 bits a sample. Null when that fails.

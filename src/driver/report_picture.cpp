@@ -14,7 +14,8 @@ constexpr const char* kPngEffort = "3";
 // False when that would take too long: a picture without some of its measurements is no picture.
 bool draw(CAnnotationSet& set, Image& picture, ImageInfo& info) {
   CDC dc(&picture, &info);
-  dc.LimitWork(ei4::kMostDrawingWork);
+  const CSize size = set.m_sizeClip;
+  dc.LimitWork(ei4::kMostDrawingWork + ei4::kDrawingWorkOfAPixel * size.cx * size.cy);
   set.PaintAnnotations(&dc, 1.0);
   set.PaintOrientation(&dc, set.m_ptOffset, set.GetDstImageSize(), set.m_sizeClip, 1.0);
   return !dc.HasLeftOut();

@@ -55,6 +55,19 @@ bool leftNothingHalf(const Scenario& scenario, const Run& clean, const Run& befo
   });
 }
 
+// Where a failed allocation is known to end a run inside a library's own code: fontconfig and its XML reader go on with
+// what they could not have; MagickCore waits for the lock whose memory it failed to get.
+bool isBeyondHelp(std::string_view where) {
+  while (where.starts_with("libc.so.")) where.remove_prefix(std::min(where.find(' '), where.size() - 1) + 1);
+  const std::string_view caller = where.substr(0, where.find(' '));
+  return caller.starts_with("libfontconfig.") || caller.starts_with("libexpat.") ||
+         caller.ends_with("(AllocateSemaphoreInfo)");
+}
+
+bool hasCrashed(const Run& run) {
+  return run.status < 0 || run.errors.find("AddressSanitizer:DEADLYSIGNAL") != std::string::npos;
+}
+
 }  // namespace
 
 Verdict judge(const Scenario& scenario, const Fault& fault, const Run& clean, const Run& before,
@@ -64,7 +77,10 @@ Verdict judge(const Scenario& scenario, const Fault& fault, const Run& clean, co
   const bool inLibrary = isLimit || isOf(FaultKind::libraryMemory);
 
   if (isLimit && run.status == kNotStarted) return Verdict::notStarted;
-  if (run.status < 0) return inLibrary ? Verdict::libraryCrash : Verdict::wrong;
+  if (hasCrashed(run)) {
+    const bool isLibrarys = isLimit || (inLibrary && isBeyondHelp(run.record.where));
+    return isLibrarys ? Verdict::libraryCrash : Verdict::wrong;
+  }
   if (isSame(run, clean)) return Verdict::survived;
   const bool isTool = scenario.flow == Flow::tool;
   // What a library had begun to write stays.

@@ -12,7 +12,7 @@ enum class Verdict {
   coarser,   ///< an input ended early for its reader: whole files of less data
   claimed,  ///< success without the right file, where the writer's result is not asked for: see docs/quirks.md
   notStarted,    ///< there was no room for the libraries
-  libraryCrash,  ///< a signal or no end, after the memory of a library ran out
+  libraryCrash,  ///< a signal or no end, in a place where a library is known to do so without memory
   wrong          ///< anything else
 };
 inline constexpr const char* kVerdicts[] = {
