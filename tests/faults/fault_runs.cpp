@@ -78,9 +78,9 @@ void show(const std::string& what, Verdict verdict, const Run& run) {
 
 bool hasDoneItsJob(const Run& run) { return run.status == 0 && !(run.files.empty() && run.output.empty()); }
 
-class Session {
+class Campaign {
  public:
-  Session(const Scenario& s, Runner r) : scenario(s), runner(std::move(r)) {
+  Campaign(const Scenario& s, Runner r) : scenario(s), runner(std::move(r)) {
     clean = runner.run({.addressSpace = 0});
     const Run again = runner.run({.addressSpace = 0});
     if (again.files != clean.files || again.output != clean.output) {
@@ -180,17 +180,17 @@ int main(int argc, char** argv) try {
   fs::copy(argv[2], inputs, fs::copy_options::recursive);
   fs::copy_file(argv[3], inputs / fs::path(argv[3]).filename());
 
-  Session session(scenario, Runner(fs::canonical(argv[1]), inputs, work, words, scenario.changed));
+  Campaign campaign(scenario, Runner(fs::canonical(argv[1]), inputs, work, words, scenario.changed));
   for (const FaultKind kind :
        {FaultKind::ownMemory, FaultKind::libraryMemory, FaultKind::read, FaultKind::cut, FaultKind::write}) {
     if (!isWanted(kFaultKinds[static_cast<int>(kind)])) continue;
-    session.injectAll(kind, false);
-    session.injectAll(kind, true);
+    campaign.injectAll(kind, false);
+    campaign.injectAll(kind, true);
   }
 #if !defined(__SANITIZE_ADDRESS__)  // which takes terabytes of it
-  if (isWanted("address-space")) session.limitAddressSpace();
+  if (isWanted("address-space")) campaign.limitAddressSpace();
 #endif
-  return session.wrongRuns() == 0 ? 0 : 1;
+  return campaign.wrongRuns() == 0 ? 0 : 1;
 } catch (const std::exception& error) {
   std::fprintf(stderr, "fault_runs: %s\n", error.what());
   return 2;
