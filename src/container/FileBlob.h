@@ -76,9 +76,8 @@ class FileBlob {
   /// Prints on stdout, in the order of names: prefix, '#', name, " 0x" size, " @ 0x" position in the file.
   void printEntries() const;
 
-  /// Writes each payload to a file named as the entry, below the current folder, and reports it on stdout.
-  /// Passed over are names that lead elsewhere and files that cannot be made (see `FileBelow`), and payloads
-  /// that cannot be read or written to their end: of those no file stays.
+  /// Writes each payload to a file named as the entry, whatever that name is (only for containers that are
+  /// trusted), and reports it on stdout. A file that cannot be created is passed over.
   void extractAll();
 
   const Entries& entries() const { return m_entries; }
@@ -94,7 +93,7 @@ class FileBlob {
   bool readTableEntry(BlobRecordReader& records, std::int64_t& largestEnd);
   Scan readChunk(BlobRecordReader& records);
   void putAndNote(std::unique_ptr<BlobEntry> entry);
-  bool extract(const BlobEntry& entry);
+  void extract(const BlobEntry& entry);
 
   std::string m_path;
   bool m_modified = false;

@@ -183,4 +183,21 @@ TEST_F(BlobEntries, AreOrderedByBytesNotByLetters) {
   EXPECT_THAT(names, ElementsAre("B", "a", "\xC3\xA4"));
 }
 
+TEST_F(BlobEntries, AreExtractedToFilesOfTheirNames) {
+  const TempFolder target;
+  FileBlob two(folder.write("t", BlobBuilder()
+                                     .chunk("p#" + target.path("b"), ramp(100000))
+                                     .chunk(target.path("a"), ramp(3))
+                                     .chunk(target.path("no/such/folder"), ramp(3))
+                                     .build()));
+  ASSERT_TRUE(two.parseBlob());
+  testing::internal::CaptureStdout();
+  two.extractAll();
+  EXPECT_EQ(
+      testing::internal::GetCapturedStdout(),
+      "3 bytes extracted as " + target.path("a") + "\n100000 bytes extracted as " + target.path("b") + "\n");
+  EXPECT_EQ(target.read("a"), ramp(3));
+  EXPECT_EQ(target.read("b"), ramp(100000));
+}
+
 }  // namespace

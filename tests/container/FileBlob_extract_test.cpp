@@ -1,6 +1,5 @@
 // What extractAll makes of a container, and what it leaves alone.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -63,43 +62,6 @@ TEST_F(BlobExtract, PassesOverWhatCannotBeMade) {
                           .chunk(std::string(256, 'n'), ramp(3))
                           .chunk("folder/b", ramp(4))),
             "3 bytes extracted as a\n4 bytes extracted as folder/b\n");
-}
-
-TEST_F(BlobExtract, MakesNothingOutsideTheCurrentFolder) {
-  const std::string kept = elsewhere.write("kept", ramp(9));
-  fs::create_directory_symlink(elsewhere.path(""), "link");
-  fs::create_symlink(kept, "file");
-  EXPECT_EQ(
-      extracted(
-          BlobBuilder()
-              .chunk(elsewhere.path("absolute"), ramp(3))
-              .chunk(".." + elsewhere.path("upwards"), ramp(3))
-              .chunk("../" + fs::path(elsewhere.path("")).parent_path().filename().string() + "/u", ramp(3))
-              .chunk("link/through", ramp(3))
-              .chunk("link/kept", ramp(3))
-              .chunk("file", ramp(3))
-              .chunk("..", ramp(3))),
-      "3 bytes extracted as file\n");
-  EXPECT_EQ(elsewhere.read("kept"), ramp(9));
-  EXPECT_EQ(std::distance(fs::directory_iterator(elsewhere.path("")), {}), 2);  // that and the container
-}
-
-TEST_F(BlobExtract, LeavesNoHalfOfAFileWhenTheContainerWasCut) {
-  const std::string path =
-      elsewhere.write("x", BlobBuilder().chunk("a", ramp(3)).chunk("b", ramp(100000)).build());
-  FileBlob blob(path);
-  ASSERT_TRUE(blob.parseBlob());
-  ASSERT_EQ(truncate(path.c_str(), 80000), 0);
-  EXPECT_EQ(extracted(blob), "3 bytes extracted as a\n");
-  EXPECT_FALSE(folder.has("b"));
-}
-
-TEST_F(BlobExtract, SurvivesAnEntryOfTheContainersOwnName) {
-  FileBlob blob(folder.write("x", BlobBuilder().chunk("x", ramp(100000)).chunk("z", ramp(7)).build()));
-  ASSERT_TRUE(blob.parseBlob());
-  EXPECT_EQ(extracted(blob), "100000 bytes extracted as x\n7 bytes extracted as z\n");
-  EXPECT_EQ(folder.read("x"), ramp(100000));
-  EXPECT_EQ(folder.read("z"), ramp(7));
 }
 
 }  // namespace

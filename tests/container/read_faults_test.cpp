@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <vector>
 
 #include "container/FileBlob.h"
@@ -102,28 +101,6 @@ TEST_P(EachRead, OfAnEntryGivesWhatWasReadOrNothing) {
   }
   EXPECT_EQ(blob.readEntryIntoBuffer(entry, 0, buffer.data(), 0, 6000), 6000);  // nothing stays broken
   EXPECT_EQ(buffer, ramp(6000, 3));
-}
-
-TEST_P(EachRead, OfAnExtractionLeavesNoHalfOfAFile) {
-  const std::string path = folder.write("x", container().build());
-  const std::string before = std::filesystem::current_path();
-  forEachFault([&](ReadFaults& reads) {
-    const TempFolder target;
-    std::filesystem::current_path(target.path(""));
-    FileBlob blob(path);
-    testing::internal::CaptureStdout();
-    if (blob.parseBlob()) blob.extractAll();
-    reads.end();
-    testing::internal::GetCapturedStdout();
-    const auto absentOr = [&target](const char* name, const Bytes& payload) {
-      return !target.has(name) || target.read(name) == payload;
-    };
-    EXPECT_TRUE(absentOr("a", ramp(300)));
-    EXPECT_TRUE(absentOr("b", ramp(20, 300)));
-    EXPECT_TRUE(absentOr("c", ramp(6000, 3)));
-    EXPECT_TRUE(absentOr("d", ramp(10, 9)));
-    std::filesystem::current_path(before);
-  });
 }
 
 // Reads as a conversion does: 24 bytes, 16 bytes, the rest.

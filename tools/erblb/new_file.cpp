@@ -50,6 +50,15 @@ int renameToFreeName(int folder, const std::string& from, const std::string& to)
 
 }  // namespace
 
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+  std::swap(m_fd, other.m_fd);
+  return *this;
+}
+
+Descriptor::~Descriptor() {
+  if (m_fd >= 0) close(m_fd);
+}
+
 Descriptor openFolder(int parent, const std::string& path, bool followLink) {
   Descriptor folder(
       openat(parent, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (followLink ? 0 : O_NOFOLLOW)));

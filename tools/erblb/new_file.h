@@ -2,11 +2,27 @@
 
 #include <span>
 #include <string>
+#include <utility>
 
-#include "container/descriptor.h"
 #include "container/file.h"
 
 namespace ei4::erblb {
+
+/// A file descriptor that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd = -1) : m_fd(fd) {}
+  Descriptor(Descriptor&& other) noexcept : m_fd(other.release()) {}
+  Descriptor& operator=(Descriptor&& other) noexcept;
+  ~Descriptor();
+
+  int get() const { return m_fd; }
+  int release() { return std::exchange(m_fd, -1); }
+  explicit operator bool() const { return m_fd >= 0; }
+
+ private:
+  int m_fd;
+};
 
 /// Opens a folder to work in. With `followLink` false a symbolic link is refused. Throws JobError.
 Descriptor openFolder(int parent, const std::string& path, bool followLink);

@@ -6,7 +6,6 @@
 #include <cinttypes>
 #include <cstdio>
 
-#include "container/file_below.h"
 #include "erblb/commands.h"
 #include "erblb/interrupt.h"
 #include "erblb/new_file.h"
@@ -32,7 +31,7 @@ Descriptor openTarget(int top, const std::vector<std::string>& components) {
 }
 
 void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, bool force) {
-  const auto components = componentsBelow(entry.name);
+  const auto components = safeComponents(entry.name);
   if (!components) throw JobError(shown(entry.name) + ": would leave the target folder, not extracted");
   const Descriptor folder = openTarget(top, *components);
   NewFile file(folder.get(), components->back(), force);
