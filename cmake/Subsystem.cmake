@@ -15,16 +15,27 @@ if(EI4_WARNINGS)
   endif()
 endif()
 
-# add_subsystem(NAME [HEADERS h...] [SOURCES s...] [LINKS lib...] [PRIVATE_LINKS lib...])
-# One folder, one static library. Headers are included as "folder/header.h"; each is also compiled alone.
+# add_subsystem(NAME [HEADERS h...] [INTERNAL_HEADERS h...] [SOURCES s...] [LINKS lib...] [PRIVATE_LINKS lib...])
+# One folder, one static library. Headers are included as "folder/header.h"; each is also compiled alone. Where a library
+# is installed, the internal ones stay behind.
 function(add_subsystem name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES;LINKS;PRIVATE_LINKS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;INTERNAL_HEADERS;SOURCES;LINKS;PRIVATE_LINKS")
   add_library(${name} STATIC ${arg_SOURCES})
   target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${arg_HEADERS})
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF VERIFY_INTERFACE_HEADER_SETS ON)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} $<BUILD_INTERFACE:ei4_build_flags>)
+  if(arg_INTERNAL_HEADERS)
+    add_library(${name}_internal INTERFACE)
+    target_sources(${name}_internal INTERFACE FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES
+      ${arg_INTERNAL_HEADERS})
+    set_target_properties(${name}_internal PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    target_link_libraries(${name}_internal INTERFACE ${name})
+  endif()
 endfunction()
+
+# What the tests themselves are compiled with on top, their libraries not: a test runs once, compiling it is what costs.
+set(EI4_TEST_FLAGS "" CACHE STRING "Compiler options of the test programs' own sources, such as -O1")
 
 # add_unit_tests(NAME SOURCES s... LINKS lib...): one test program for one folder of sources.
 function(add_unit_tests name)
@@ -32,6 +43,7 @@ function(add_unit_tests name)
   add_executable(${name} ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_compile_options(${name} PRIVATE ${EI4_TEST_FLAGS})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} GTest::gmock_main ei4_build_flags)
   gtest_discover_tests(${name} PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
 endfunction()

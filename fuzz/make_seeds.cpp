@@ -34,6 +34,7 @@ int main(int argc, char* argv[]) try {
   write(folder / "prep", ei4::fuzz::prepSeeds());
   write(folder / "blob", ei4::fuzz::blobSeeds());
   write(folder / "options", ei4::fuzz::optionsSeeds());
+  write(folder / "picture", ei4::fuzz::pictureSeeds());
   write(folder / "report", ei4::fuzz::reportSeeds());
   write(folder / "text", ei4::fuzz::textSeeds());
   write(folder / "paint", ei4::fuzz::paintSeeds());

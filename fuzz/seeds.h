@@ -20,6 +20,7 @@ Seeds bestFactorSeeds();
 Seeds prepSeeds();
 Seeds blobSeeds();
 Seeds optionsSeeds();
+Seeds pictureSeeds();
 Seeds reportSeeds();
 Seeds textSeeds();
 Seeds paintSeeds();

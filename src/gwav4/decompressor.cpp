@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "gwav4/bit_reader.h"
+#include "gwav4/wavelet_decoder.h"
+
 namespace zel::gwav4 {
 namespace {
 
@@ -42,6 +45,8 @@ CGWavDecompressor::CGWavDecompressor(const unsigned char* stream, unsigned long 
   decoder = makeDecoder(*this, levels);
   replaceSize(levels.xSize, levels.ySize);
 }
+
+CGWavDecompressor::~CGWavDecompressor() = default;
 
 int CGWavDecompressor::decompress(void* out, unsigned long outSize, int level) {
   if (status != kNotDecoded && status != kResumable) return status;

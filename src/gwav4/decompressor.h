@@ -3,11 +3,13 @@
 
 #include <memory>
 
-#include "gwav4/bit_reader.h"
 #include "gwav4/header.h"
-#include "gwav4/wavelet_decoder.h"
+#include "gwav4/status.h"
 
 namespace zel::gwav4 {
+
+class CBitReader;
+class IWaveletDecoder;
 
 /// A coded image that can be decoded once into a packed pixel buffer.
 class IGWavDecompressor {
@@ -52,7 +54,7 @@ class CGWavDecompressor final : public IGWavDecompressor, public CGWavHeader {
   int getBitsPerPixel() const override { return headerBitsPerPixel(); }
   int getXSize() const override { return halveUp(headerWidth(), outputShift); }
   int getYSize() const override { return halveUp(headerHeight(), outputShift); }
-  ~CGWavDecompressor() override = default;
+  ~CGWavDecompressor() override;
   int decompress(void* out, unsigned long outSize, int level) override;
   void stop() override;
   void kill() override;

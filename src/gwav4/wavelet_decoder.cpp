@@ -1,25 +1,11 @@
 #include "gwav4/wavelet_decoder.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 
+#include "gwav4/directory.h"
+
 namespace zel::gwav4 {
-namespace {
-
-constexpr int kEndOfDirectory = 3;  ///< plane code
-
-/// Reads a field of `width` bits, up to 64; one of width 0 or less takes no bits and is 0.
-std::uint64_t readField(CBitReader& reader, int width) { return reader.takeBits(width); }
-
-/// Width of the length fields of order 0 in a plane of the stream's full size; exact for every size.
-int lengthFieldWidth(int fullX, int fullY, bool gw40) {
-  std::uint64_t samples = static_cast<std::uint64_t>(fullX) * static_cast<std::uint64_t>(fullY);
-  if (!gw40) samples += samples / 2;
-  return static_cast<int>(std::bit_width(2 * samples + 1)) - 1;
-}
-
-}  // namespace
 
 template <class T, class Filter>
 CWaveletDecoder<T, Filter>::CWaveletDecoder(int planeCount, int xSize, int ySize, int skip, int fullX,
@@ -137,13 +123,12 @@ int CWaveletDecoder<T, Filter>::readWavelet(CBitReader& reader, int level, bool 
 /// False: the stream can't be decoded, and status says why. Throws kEndOfData.
 template <class T, class Filter>
 bool CWaveletDecoder<T, Filter>::readPreamble(CBitReader& reader) {
-  constexpr int kNoTop = 255;
   state->reset(-1);
   levelCount = 0;
   decodedLevels = -1;  // nothing to scan or to invert until both bytes are there
-  const int topField = static_cast<int>(readField(reader, 8));
-  const int levels = static_cast<int>(readField(reader, 8));
-  const int top = topField == kNoTop ? -1 : topField;
+  const int topField = static_cast<int>(reader.takeBits(8));
+  const int levels = static_cast<int>(reader.takeBits(8));
+  const int top = topField == kNoTopPosition ? -1 : topField;
   if (levels > kMaxLevels || top >= kBitPositions<T>) {
     status = kBadStream;
     return false;
@@ -160,20 +145,16 @@ void CWaveletDecoder<T, Filter>::readDirectory(CBitReader& reader, int chunkLimi
   const int lengthBits = lengthFieldWidth(fullXSize, fullYSize, sizeMode);
   int chunks = 0;
   for (;;) {
-    const int plane = static_cast<int>(readField(reader, 2));
-    if (plane == kEndOfDirectory) return;
-    const int order = static_cast<int>(readField(reader, 4));
-    const bool refinement = readField(reader, 1) != 0;
-    const int shorter = refinement && !sizeMode ? 1 : 0;
-    const std::uint64_t length = readField(reader, lengthBits - 2 * order + 1 - shorter);
-    if (plane >= this->planeCount() || order > levelCount) {
+    const DirectoryEntry entry = takeDirectoryEntry(reader, lengthBits, sizeMode);
+    if (entry.plane == kEndOfDirectory) return;
+    if (entry.plane >= this->planeCount() || entry.order > levelCount) {
       status = kBadStream;
       return;
     }
-    readChunk(reader, plane, order, refinement, length);
+    readChunk(reader, entry.plane, entry.order, entry.refinement, entry.length);
     if (status != kComplete) return;
     if (chunkLimit > 0 && ++chunks == chunkLimit) throw int{kChunkLimit};
-    reader.skipBits(length);  // Quirk chunks-unbounded: what was placed may read on behind its chunk
+    reader.skipBits(entry.length);  // Quirk chunks-unbounded: what was placed may read on behind its chunk
   }
 }
 

@@ -17,6 +17,9 @@ TEST(ParseRequest, TakesTwoFilesWithTheDefaults) {
   EXPECT_EQ(request.output, "b.ei4");
   EXPECT_FALSE(request.raw);
   EXPECT_FALSE(request.bits);
+  EXPECT_FALSE(request.frame);
+  EXPECT_FALSE(request.slope);
+  EXPECT_FALSE(request.intercept);
   EXPECT_FALSE(request.bareStream);
   EXPECT_EQ(request.magic, Magic::GW41);
   EXPECT_FALSE(request.levels);
@@ -46,6 +49,8 @@ TEST(ParseRequest, TakesEveryOption) {
   EXPECT_EQ(request.output, "out");
 }
 
+TEST(ParseRequest, TakesAFrame) { EXPECT_EQ(parsed({"--frame", "12", "a", "b"}).frame, 12); }
+
 TEST(ParseRequest, TakesFileNamesThatLookLikeOptions) {
   EXPECT_EQ(parsed({"--", "-in", "--help"}).output, "--help");
 }
@@ -74,14 +79,21 @@ INSTANTIATE_TEST_SUITE_P(
                     Words{"--size", "1x65536", "--format", "M08", "a", "b"},
                     Words{"--slope", "nan", "a", "b"}, Words{"--slope", "inf", "a", "b"},
                     Words{"--slope", "1e99", "a", "b"}, Words{"--window", "wide", "a", "b"},
-                    Words{"--preamble", "23", "a", "b"}, Words{"--preamble", "65536", "a", "b"},
-                    Words{"--stream", "--window", "1", "a", "b"},
+                    Words{"--preamble", "23", "a", "b"}, Words{"--frame", "0", "a", "b"},
+                    Words{"--frame", "2147483648", "a", "b"},
+                    Words{"--frame", "1", "--size", "1x1", "--format", "M08", "a", "b"},
+                    Words{"--preamble", "65536", "a", "b"}, Words{"--stream", "--window", "1", "a", "b"},
                     Words{"--stream", "--preamble", "24", "a", "b"}));
+
+TEST(UsageText, SaysFirstWhatTheToolDoes) {
+  EXPECT_EQ(usageText().substr(0, usageText().find('\n')),
+            "Makes a wavelet-compressed .ei4 file of a DICOM, PNG, PGM, PPM or raw picture.");
+}
 
 TEST(UsageText, NamesEveryOption) {
   for (const std::string_view option :
-       {"--size", "--format", "--bits", "--lowest-bit", "--levels", "--magic", "--stream", "--slope",
-        "--intercept", "--window", "--level ", "--preamble", "--help", "--version"}) {
+       {"--frame", "--size", "--format", "--bits", "--lowest-bit", "--levels", "--magic", "--stream",
+        "--slope", "--intercept", "--window", "--level ", "--preamble", "--help", "--version"}) {
     EXPECT_NE(usageText().find(option), std::string_view::npos) << option;
   }
 }

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "ei4make/dicom_picture.h"
+#include "ei4make/png_picture.h"
 #include "gwav4/decompressor.h"
 
 namespace {
@@ -153,6 +155,45 @@ TEST_F(Ei4Make, FailsWithOneNamingTheFile) {
   EXPECT_THAT(err(), HasSubstr("folder.ei4: No such file"));
 }
 
+TEST_F(Ei4Make, GoesByTheContentAndNotByTheName) {
+  write("picture.dcm", "P5 1 1 255\nx");
+  EXPECT_EQ(run({path("picture.dcm"), path("out.ei4")}), 0);
+  EXPECT_EQ(decoded(read("out.ei4"), 24), Bytes{'x'});
+  write("text.pgm", "no picture at all");
+  EXPECT_EQ(run({path("text.pgm"), path("out.ei4")}), 1);
+  EXPECT_THAT(err(), HasSubstr("neither DICOM nor PNG nor a binary PGM (P5) or PPM (P6)"));
+}
+
+// A PNG of one grey pixel of 7, and the mark of a DICOM file with nothing behind it.
+TEST_F(Ei4Make, ReadsWhatThisBuildCanAndSaysWhatItCannot) {
+  const Bytes png = {0x89, 0x50, 0x4E, 0x47, 0x0D, 0x0A, 0x1A, 0x0A, 0x00, 0x00, 0x00, 0x0D, 0x49, 0x48,
+                     0x44, 0x52, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x01, 0x08, 0x00, 0x00, 0x00,
+                     0x00, 0x3A, 0x7E, 0x9B, 0x55, 0x00, 0x00, 0x00, 0x0A, 0x49, 0x44, 0x41, 0x54, 0x78,
+                     0xDA, 0x63, 0x60, 0x07, 0x00, 0x00, 0x09, 0x00, 0x08, 0x8D, 0xAB, 0xB9, 0x01, 0x00,
+                     0x00, 0x00, 0x00, 0x49, 0x45, 0x4E, 0x44, 0xAE, 0x42, 0x60, 0x82};
+  write("one.png", std::string(png.begin(), png.end()));
+  EXPECT_EQ(run({path("one.png"), path("out.ei4")}), ei4::tools::kReadsPng ? 0 : 1);
+  if (ei4::tools::kReadsPng) {
+    EXPECT_EQ(decoded(read("out.ei4"), 24), Bytes{7});
+  } else {
+    EXPECT_EQ(err(),
+              "ei4make: " + path("one.png") + ": this ei4make was built without libpng and reads no PNG\n");
+  }
+  write("mark.dcm", std::string(128, '\0') + "DICM");
+  EXPECT_EQ(run({path("mark.dcm"), path("out.ei4")}), 1);
+  EXPECT_EQ(err(),
+            "ei4make: " + path("mark.dcm") +
+                (ei4::tools::kReadsDicom ? ": the DICOM file states no transfer syntax\n"
+                                         : ": this ei4make was built without DCMTK and reads no DICOM\n"));
+}
+
+TEST_F(Ei4Make, RefusesAFrameOfAFileThatHasNone) {
+  write("in.pgm", "P5 1 1 255\nx");
+  EXPECT_EQ(run({"--frame", "1", path("in.pgm"), path("out.ei4")}), 0);
+  EXPECT_EQ(run({"--frame", "2", path("in.pgm"), path("out.ei4")}), 1);
+  EXPECT_THAT(err(), HasSubstr("only a DICOM file can have several frames"));
+}
+
 TEST_F(Ei4Make, FailsWithOneWhenTheInputIsAFolder) {
   EXPECT_EQ(run({path(""), path("out.ei4")}), 1);
   EXPECT_THAT(err(), HasSubstr("Is a directory"));
@@ -206,7 +247,7 @@ TEST_F(Ei4Make, AnswersWrongUsageWithTwo) {
 
 TEST_F(Ei4Make, PrintsHelpAndVersion) {
   EXPECT_EQ(run({"--help"}), 0);
-  EXPECT_THAT(out(), testing::StartsWith("Usage: ei4make"));
+  EXPECT_THAT(out(), testing::StartsWith("Makes a wavelet-compressed .ei4 file"));
   EXPECT_EQ(run({"--version"}), 0);
   EXPECT_THAT(out(), testing::MatchesRegex("ei4make [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }

@@ -21,7 +21,7 @@ TEST_F(ErblbTest, ExplainsItselfOnRequest) {
   for (const char* option : {"--help", "-h"}) {
     const auto help = run({option});
     EXPECT_EQ(help.status, 0);
-    EXPECT_EQ(help.out.rfind("Usage: erblb", 0), 0U);
+    EXPECT_EQ(help.out.rfind("erblb: lists, checks, unpacks and writes", 0), 0U);
     EXPECT_EQ(help.err, "");
   }
 }
@@ -48,6 +48,10 @@ TEST_F(ErblbTest, ExitsWithTwoOnWrongUsage) {
       {"append", "x", "y", "-f"},
       {"extract", "x", "-a"},
       {"extract", "x", "-C"},
+      {"verify"},
+      {"list", "x", "--images"},
+      {"verify", "x", "-f"},
+      {"delete", "x", "y", "--no-progress"},
   };
   for (const auto& words : wrong) {
     const auto done = run(words);

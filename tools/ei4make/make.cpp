@@ -1,17 +1,22 @@
 #include "ei4make/make.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <new>
 #include <ostream>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "ei4make/dicom_picture.h"
+#include "ei4make/input_kind.h"
 #include "ei4make/output_file.h"
 #include "ei4make/picture.h"
+#include "ei4make/png_picture.h"
+#include "ei4make/preamble.h"
 #include "ei4make/request.h"
 #include "encoder/gw_encoder.h"
 
@@ -35,48 +40,57 @@ std::vector<unsigned char> readFile(const std::string& path) {
   return bytes;
 }
 
-Picture readPicture(const MakeRequest& request) {
-  const std::vector<unsigned char> bytes = readFile(request.input);
-  try {
-    Picture picture =
-        request.raw ? readRaw(bytes, request.raw->width, request.raw->height, request.raw->bytesPerPixel)
-                    : readPnm(bytes);
-    if (request.bits) stateBits(picture, *request.bits);
-    return picture;
-  } catch (const PictureError& error) {
-    throw PictureError(request.input + ": " + error.what());
+Source readSource(std::span<const unsigned char> bytes, const MakeRequest& request) {
+  if (request.raw) {
+    return {readRaw(bytes, request.raw->width, request.raw->height, request.raw->bytesPerPixel), {}, {}};
   }
+  const InputKind kind = kindOf(bytes);
+  if (kind == InputKind::Dicom) {
+    return readDicom(bytes, {request.frame, request.slope.has_value() && request.intercept.has_value()});
+  }
+  if (request.frame.value_or(1) != 1) throw PictureError("only a DICOM file can have several frames");
+  if (kind == InputKind::Png) return {readPng(bytes), {}, {}};
+  if (kind == InputKind::Pnm) return {readPnm(bytes), {}, {}};
+  throw PictureError(
+      "neither DICOM nor PNG nor a binary PGM (P5) or PPM (P6); raw pixels need --size and --format");
 }
 
-Ei4Preamble preambleOf(const MakeRequest& request, int bits) {
+struct Prepared {
+  Picture picture;
   Ei4Preamble preamble;
-  preamble.intercept = request.intercept;
-  preamble.slope = request.slope;
-  preamble.length = request.preambleLength;
-  showFullRange(preamble, bits);
-  preamble.window = request.window.value_or(preamble.window);
-  preamble.level = request.level.value_or(preamble.level);
-  if (!std::isfinite(preamble.window) || !std::isfinite(preamble.level)) {
-    throw std::range_error(
-        "this slope and intercept make the window or level infinite: state --window and --level");
-  }
-  return preamble;
+};
+
+void note(std::ostream& err, const std::string& text) { err << "ei4make: note: " << text << '\n'; }
+
+// The picture as it is to be coded, and what is to stand in front of it.
+Prepared prepare(const MakeRequest& request, std::ostream& err) try {
+  Source source = readSource(readFile(request.input), request);
+  const PreambleWishes wishes{request.slope, request.intercept, request.window, request.level};
+  Prepared prepared;
+  prepared.preamble =
+      source.stored ? preambleOfStored(source, wishes) : preambleOf(source.picture, request.bits, wishes);
+  prepared.preamble.length = request.preambleLength;
+  if (request.bits) stateBits(source.picture, *request.bits);
+  for (const std::string& text : source.notes) note(err, request.input + ": " + text);
+  prepared.picture = std::move(source.picture);
+  return prepared;
+} catch (const PictureError& error) {
+  throw PictureError(request.input + ": " + error.what());
 }
 
 void noteSurprises(const MakeRequest& request, const Picture& picture, int levels, std::ostream& err) {
   if (levels < std::min(kMostSkippedLevels, naturalLevels(picture.width, picture.height))) {
-    err << "ei4make: note: with only " << levels
-        << " wavelet levels, strongly reduced pictures come out blank\n";
+    note(err,
+         "with only " + std::to_string(levels) + " wavelet levels, strongly reduced pictures come out blank");
   }
   if (!request.bareStream && request.preambleLength != kShortestPreamble) {
-    err << "ei4make: note: a preamble that is not 24 bytes long can be read inside a container only\n";
+    note(err, "a preamble that is not 24 bytes long can be read inside a container only");
   }
 }
 
 void make(const MakeRequest& request, std::ostream& err) {
   refuseSameFile(request.input, request.output);
-  const Picture picture = readPicture(request);
-  const Ei4Preamble preamble = preambleOf(request, picture.bitsPerPixel);
+  const auto [picture, preamble] = prepare(request, err);
   EncodeOptions options;
   options.magic = request.magic;
   options.bytesPerPixel = picture.bytesPerPixel;

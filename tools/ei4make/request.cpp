@@ -10,6 +10,8 @@ namespace ei4::tools {
 
 namespace {
 
+constexpr int kMostFrames = 2147483647;
+
 [[noreturn]] void refuse(std::string_view option, std::string_view value, std::string_view expected) {
   throw UsageError(std::string(option) + " takes " + std::string(expected) + ", not \"" + std::string(value) +
                    "\"");
@@ -99,6 +101,7 @@ class Parser {
   void checkTogether() {
     if (files_.size() != 2) throw UsageError("one INPUT and one OUTPUT are needed");
     if (hasSize_ != hasFormat_) throw UsageError("a raw input needs both --size and --format");
+    if (hasSize_ && request_.frame) throw UsageError("a raw input has no frames");
     if (request_.bareStream && hasPreambleOption_) {
       throw UsageError("--stream writes no preamble, so it has no window, level, slope, intercept or length");
     }
@@ -110,12 +113,6 @@ class Parser {
   using Handler = std::function<void(std::string_view option, std::string_view value)>;
 
   Handler preambleReal(std::optional<float> MakeRequest::*field) {
-    return [this, field](std::string_view option, std::string_view value) {
-      request_.*field = real(option, value);
-      hasPreambleOption_ = true;
-    };
-  }
-  Handler preambleReal(float MakeRequest::*field) {
     return [this, field](std::string_view option, std::string_view value) {
       request_.*field = real(option, value);
       hasPreambleOption_ = true;
@@ -136,6 +133,8 @@ class Parser {
          raw_.bytesPerPixel = bytesPerPixelOf(option, value);
          hasFormat_ = true;
        }},
+      {"--frame",
+       [this](auto option, auto value) { request_.frame = integer(option, value, 1, kMostFrames); }},
       {"--bits", [this](auto option, auto value) { request_.bits = integer(option, value, 1, 16); }},
       {"--magic", [this](auto option, auto value) { request_.magic = magicOf(option, value); }},
       {"--levels",
@@ -159,24 +158,40 @@ class Parser {
 MakeRequest parseRequest(std::span<const std::string_view> words) { return Parser().parse(words); }
 
 std::string_view usageText() {
-  return R"(Usage: ei4make [OPTION...] INPUT OUTPUT
+  return R"(Makes a wavelet-compressed .ei4 file of a DICOM, PNG, PGM, PPM or raw picture.
 
-Makes a wavelet-compressed .ei4 file of a picture: a binary PGM or PPM, or raw pixels.
+Usage: ei4make [OPTION...] INPUT OUTPUT
+
+What an input is shows by its content; PGM and PPM are the binary ones, and raw pixels
+need --size and --format.
+
+DICOM input:
+  --frame N          which frame of several, from 1
+  Taken are 8 and 16 bits allocated, grey, palettes and 8-bit colour, uncompressed, deflated,
+  RLE, JPEG and JPEG-LS. Rescaling and the first window come from the file; without a
+  window the values of the picture are all shown. Signed samples are shifted to begin at 0.
+  Where high samples are not the bright ones (MONOCHROME1, or a slope below 0), samples are
+  exchanged, the highest with the lowest. Both change slope and intercept such that the
+  rescaled values stay. Nothing else of the file's header goes into the .ei4.
+
+PNG input:
+  Grey of up to 16 bits, palettes and 8-bit colour; opaque ones only. The sBIT chunk of a
+  16-bit picture counts when it holds for all samples.
 
 Raw input (rows from the top, no header, 16-bit samples low byte first):
   --size WxH         width and height in pixels
   --format FORMAT    M08 (8-bit grey), M16 (16-bit grey) or RGB (24-bit colour)
 
 Coding:
-  --bits N           significant bits of a sample (default: those of the PGM's or PPM's
-                     largest value; for raw input 8, with M16 16)
+  --bits N           significant bits of a sample (default: those that the input states;
+                     for raw input 8, with M16 16)
   --lowest-bit N     leave out the bits below bit N of each wavelet coefficient
                      (default 0: lossless)
   --levels N         wavelet levels, 0 to 8 (default: as many as leave 8 samples a side)
   --magic MAGIC      GW41 (default) or GW40
   --stream           write the bare stream, without a preamble
 
-Preamble:
+Preamble (these take the place of what a DICOM file states):
   --slope S          rescale slope (default 1)
   --intercept I      rescale intercept (default 0)
   --window W         window width, in rescaled units  (default: both together show

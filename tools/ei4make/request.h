@@ -24,7 +24,8 @@ struct MakeRequest {
   bool wantsVersion = false;  ///< nothing else counts then
   std::string input;
   std::string output;
-  std::optional<RawFormat> raw;  ///< absent: the input is a PGM or PPM
+  std::optional<RawFormat> raw;  ///< absent: the input says itself what it is
+  std::optional<int> frame;      ///< from 1
   std::optional<int> bits;
   bool bareStream = false;
   Magic magic = Magic::GW41;
@@ -32,8 +33,8 @@ struct MakeRequest {
   int lowestBit = 0;
   std::optional<float> window;
   std::optional<float> level;
-  float slope = 1;
-  float intercept = 0;
+  std::optional<float> slope;
+  std::optional<float> intercept;
   int preambleLength = kShortestPreamble;
 };
 

@@ -8,16 +8,19 @@
 
 namespace ei4::erblb {
 
-enum class Command { help, version, list, extract, build, append, remove };
+enum class Command { help, version, list, verify, extract, build, append, remove };
 
 /// One job of erblb as the command line states it.
 struct Request {
   Command command = Command::help;
-  std::string container;           ///< path of the container
-  std::vector<std::string> words;  ///< names to extract or delete, or [NAME=]PATH words to pack
-  std::string folder = ".";        ///< where extract writes
-  bool force = false;              ///< replace files that exist
-  bool all = false;                ///< list deletion marks too
+  std::string container;  ///< path of the container
+  std::vector<std::string>
+      words;                 ///< names to extract or delete, [NAME=]PATH words to pack, further containers
+  std::string folder = ".";  ///< where extract writes
+  bool force = false;        ///< replace files that exist
+  bool all = false;          ///< list deletion marks too
+  bool images = false;       ///< verify looks at images too
+  bool progress = true;      ///< show a bar where there is a terminal
 };
 
 /// The command line is wrong; what() says where.

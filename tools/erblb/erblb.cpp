@@ -1,4 +1,4 @@
-// erblb: lists, unpacks and writes blob containers.
+// erblb: lists, checks, unpacks and writes blob containers.
 #include <cerrno>
 #include <cstdio>
 #include <exception>
@@ -24,6 +24,9 @@ void run(const Request& request) {
       break;
     case Command::list:
       ei4::erblb::listEntries(request);
+      break;
+    case Command::verify:
+      ei4::erblb::verifyContainers(request);
       break;
     case Command::extract:
       ei4::erblb::extractEntries(request);

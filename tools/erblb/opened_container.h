@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 
 #include "blob/blob_format.h"
@@ -21,6 +23,14 @@ class OpenedContainer : public FileBlob {
 inline bool isDeletionMark(const BlobEntry& entry) {
   const std::string& stored = entry.prefix.empty() ? entry.name : entry.prefix;
   return entry.size == 0 && stored.starts_with(FileBlob::DELPREFIX);
+}
+
+/// True when entries together hold so much more than a container of this size that somebody must have meant harm:
+/// entries may share bytes, so that a small container can claim any number of them. Both in bytes.
+inline bool claimsTooMuch(std::int64_t together, std::int64_t containerSize) {
+  constexpr std::int64_t kAlwaysTaken = std::int64_t{1} << 26;
+  constexpr std::int64_t kTimesItsSize = 16;
+  return together > std::max(kAlwaysTaken, kTimesItsSize * containerSize);
 }
 
 }  // namespace ei4::erblb

@@ -15,11 +15,6 @@ namespace ei4::erblb {
 
 namespace {
 
-// Entries may share bytes of the container, so that a small one can claim any number of them. Extracting all of
-// them at once ends with the larger of these.
-constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 26;  // bytes
-constexpr std::int64_t kMostTimesItsSize = 16;               // times the container's own size
-
 // Opens the folder that the entry's file belongs to, making folders on the way.
 Descriptor openTarget(int top, const std::vector<std::string>& components) {
   Descriptor folder = openFolder(top, ".", false);
@@ -30,7 +25,8 @@ Descriptor openTarget(int top, const std::vector<std::string>& components) {
   return folder;
 }
 
-void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, bool force) {
+void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, bool force,
+                  tools::Progress& progress) {
   const auto components = safeComponents(entry.name);
   if (!components) throw JobError(shown(entry.name) + ": would leave the target folder, not extracted");
   const Descriptor folder = openTarget(top, *components);
@@ -42,6 +38,7 @@ void extractEntry(OpenedContainer& container, const BlobEntry& entry, int top, b
     if (read < 1) throw JobError(shown(entry.name) + ": cannot be read to its end");
     file.write(std::span(block).first(static_cast<std::size_t>(read)));
     done += read;
+    progress.advance(0, read);
   }
   file.commit();
 }
@@ -54,7 +51,7 @@ std::vector<std::string> effectiveNames(OpenedContainer& container) {
     names.push_back(name);
     bytes += entry->size;
   }
-  if (bytes > std::max(kMostAtOnce, kMostTimesItsSize * container.getFileSize())) {
+  if (claimsTooMuch(bytes, container.getFileSize())) {
     throw JobError("the entries overlap and would take " + std::to_string(bytes) +
                    " bytes, nothing extracted: name those that are wanted");
   }
@@ -79,16 +76,23 @@ void extractEntries(const Request& request) {
   const InterruptGuard guard;
   OpenedContainer container(request.container);
   const Descriptor top = openFolder(AT_FDCWD, request.folder, true);
+  const std::vector<std::string> names = request.words.empty() ? effectiveNames(container) : request.words;
+  tools::Progress progress(progressFor(request));
+  for (const std::string& name : names) {
+    progress.expect(1, std::max(FileBlob::getEntrySize(container.findBlobEntry(name)), 0));
+  }
   std::size_t refused = 0;
-  for (const std::string& name : request.words.empty() ? effectiveNames(container) : request.words) {
+  for (const std::string& name : names) {
     try {
       const BlobEntry* entry = container.findBlobEntry(name);
       if (entry == nullptr) throw JobError(shown(name) + ": no such entry");
-      extractEntry(container, *entry, top.get(), request.force);
+      extractEntry(container, *entry, top.get(), request.force, progress);
     } catch (const JobError& error) {
+      progress.hide();
       std::fprintf(stderr, "erblb: %s\n", error.what());
       ++refused;
     }
+    progress.advance(1, 0);
   }
   if (refused > 0)
     throw JobError(std::to_string(refused) + (refused == 1 ? " entry" : " entries") + " not extracted");

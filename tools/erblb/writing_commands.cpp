@@ -28,6 +28,20 @@ std::vector<InputFile> inputsOf(const Request& request) {
   return inputs;
 }
 
+void expectAll(tools::Progress& progress, const std::vector<InputFile>& inputs) {
+  for (const InputFile& input : inputs) progress.expect(1, input.size());
+}
+
+// Copies a file piece by piece into a NewFile or a Tail.
+template <class Target>
+void copy(const InputFile& input, Target& target, tools::Progress& progress) {
+  input.copyTo([&](std::span<const unsigned char> piece) {
+    target.write(piece);
+    progress.advance(0, static_cast<std::int64_t>(piece.size()));
+  });
+  progress.advance(1, 0);
+}
+
 // Chunks behind damaged ones, or behind a data end that lies past the file, are never reached by a reader.
 [[noreturn]] void refuseUnreachable(const std::string& path) {
   throw JobError(shown(path) +
@@ -57,9 +71,9 @@ void buildContainer(const Request& request) {
   if (name.empty()) throw JobError(shown(request.container) + ": names a folder");
   NewFile file(folder.get(), name, request.force);
   file.write(head);
-  for (const InputFile& input : inputs) {
-    input.copyTo([&file](std::span<const unsigned char> piece) { file.write(piece); });
-  }
+  tools::Progress progress(progressFor(request));
+  expectAll(progress, inputs);
+  for (const InputFile& input : inputs) copy(input, file, progress);
   file.commit();
 }
 
@@ -70,6 +84,8 @@ void appendFiles(const Request& request) {
   { const OpenedContainer parses(request.container); }
   std::int64_t end = tail.before();
   std::vector<std::int64_t> payloadAt;
+  tools::Progress progress(progressFor(request));
+  expectAll(progress, inputs);
   for (const InputFile& input : inputs) {
     const Bytes head = tools::encodeChunkHead(input.storedName(), input.size());
     payloadAt.push_back(end + static_cast<std::int64_t>(head.size()));
@@ -77,8 +93,9 @@ void appendFiles(const Request& request) {
     if (end > tools::kLargestContainer)
       throw JobError(shown(request.container) + ": would get larger than 2 GiB");
     tail.write(head);
-    input.copyTo([&tail](std::span<const unsigned char> piece) { tail.write(piece); });
+    copy(input, tail, progress);
   }
+  progress.hide();
 
   FileBlob written(request.container);
   if (!written.parseBlob()) refuseUnreachable(request.container);

@@ -1,0 +1,146 @@
+// PNG, against the library's own reading of a whole picture.
+#include <png.h>
+
+#include <csetjmp>
+#include <cstring>
+#include <vector>
+
+#include "check.h"
+#include "ei4make/claims.h"
+#include "ei4make/png_picture.h"
+#include "picture_checks.h"
+
+namespace ei4::fuzz {
+
+namespace {
+
+using tools::Picture;
+using tools::PictureError;
+using Bytes = std::span<const std::uint8_t>;
+
+/// What is left to read.
+struct Rest {
+  const std::uint8_t* data;
+  std::size_t size;
+};
+
+extern "C" {
+
+[[noreturn]] static void leave(png_structp png, png_const_charp) { png_longjmp(png, 1); }
+
+static void ignore(png_structp, png_const_charp) {}
+
+static void take(png_structp png, png_bytep out, size_t count) {
+  auto* rest = static_cast<Rest*>(png_get_io_ptr(png));
+  if (rest->size < count) png_error(png, "");
+  std::memcpy(out, rest->data, count);
+  rest->data += count;
+  rest->size -= count;
+}
+
+}  // extern "C"
+
+// Holds nothing that a jump would leave undone.
+bool readWhole(png_structp png, png_infop info) {
+  if (setjmp(png_jmpbuf(png)) != 0) return false;
+  png_set_user_limits(png, 65535, 65535);
+  png_read_png(png, info, PNG_TRANSFORM_EXPAND, nullptr);
+  return true;
+}
+
+/// All samples, with the alpha channel where there is one.
+class WholePng {
+ public:
+  explicit WholePng(Bytes file)
+      : m_rest{file.data(), file.size()},
+        m_png(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, leave, ignore)),
+        m_info(png_create_info_struct(m_png)) {
+    png_set_read_fn(m_png, &m_rest, take);
+    m_isRead = readWhole(m_png, m_info);
+    if (!m_isRead) return;
+    m_channels = png_get_channels(m_png, m_info);
+    m_sampleBytes = png_get_bit_depth(m_png, m_info) / 8U;
+    m_colours = m_channels >= 3 ? 3 : 1;
+  }
+  WholePng(const WholePng&) = delete;
+  WholePng& operator=(const WholePng&) = delete;
+  ~WholePng() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+
+  bool isRead() const { return m_isRead; }
+  std::size_t width() const { return png_get_image_width(m_png, m_info); }
+  std::size_t height() const { return png_get_image_height(m_png, m_info); }
+  std::size_t sampleBytes() const { return m_sampleBytes; }
+  std::size_t colours() const { return m_colours; }
+
+  int sample(std::size_t x, std::size_t y, std::size_t channel) const {
+    const std::uint8_t* at = png_get_rows(m_png, m_info)[y] + (x * m_channels + channel) * m_sampleBytes;
+    return m_sampleBytes == 1 ? at[0] : at[0] * 256 + at[1];
+  }
+  bool isOpaque() const {
+    if (m_colours == m_channels) return true;
+    for (std::size_t y = 0; y < height(); ++y) {
+      for (std::size_t x = 0; x < width(); ++x) {
+        if (sample(x, y, m_colours) != (m_sampleBytes == 1 ? 0xFF : 0xFFFF)) return false;
+      }
+    }
+    return true;
+  }
+
+ private:
+  Rest m_rest;
+  png_structp m_png;
+  png_infop m_info;
+  bool m_isRead = false;
+  std::size_t m_channels = 0;
+  std::size_t m_sampleBytes = 0;
+  std::size_t m_colours = 0;
+};
+
+/// Pixels that the file claims where a PNG's header has its sides.
+std::uint64_t claimedPixels(Bytes file, bool& mayClaim) {
+  std::uint64_t sides[2] = {0, 0};
+  for (std::size_t i = 0; i < 8 && 16 + i < file.size(); ++i) sides[i / 4] = sides[i / 4] << 8 | file[16 + i];
+  mayClaim = sides[0] <= 65535 && sides[1] <= 65535 &&
+             tools::mayClaim(static_cast<int>(sides[0]), static_cast<int>(sides[1]), file.size());
+  return sides[0] * sides[1];
+}
+
+void compare(const Picture& picture, const WholePng& whole) {
+  require(whole.isRead(), "what the library refuses is refused");
+  require(whole.isOpaque(), "transparent pixels are refused");
+  require(static_cast<std::size_t>(picture.width) == whole.width() &&
+              static_cast<std::size_t>(picture.height) == whole.height(),
+          "the sides are the library's");
+  require(static_cast<std::size_t>(picture.bytesPerPixel) == whole.colours() * whole.sampleBytes(),
+          "the format is the library's");
+  const int scale = picture.bytesPerPixel == 2 ? 16 - picture.bitsPerPixel : 0;
+  std::size_t i = 0;
+  for (std::size_t y = 0; y < whole.height(); ++y) {
+    for (std::size_t x = 0; x < whole.width(); ++x) {
+      for (std::size_t c = 0; c < whole.colours(); ++c) {
+        require(sampleAt(picture, i++) == whole.sample(x, y, c) >> scale, "the samples are the library's");
+      }
+    }
+  }
+}
+
+}  // namespace
+
+void tryPng(Bytes file) {
+  bool mayClaim = false;
+  if (claimedPixels(file, mayClaim) > kMostFuzzedPixels && mayClaim) return;
+  Picture picture;
+  try {
+    picture = tools::readPng(file);
+  } catch (const PictureError&) {
+    if (!mayClaim) return;
+    const WholePng whole(file);
+    require(!whole.isRead() || !whole.isOpaque() || (whole.colours() == 3 && whole.sampleBytes() == 2),
+            "what is refused is damaged, transparent, or colour with 16 bits");
+    return;
+  }
+  checkPicture(picture);
+  compare(picture, WholePng(file));
+}
+
+}  // namespace ei4::fuzz
