@@ -50,7 +50,7 @@ void fillTable(Entry* table, int count, int start, int end, Ramp ramp, int above
 int FieldhounsLevel(int value, double intercept, double slope, int shift) {
   const double scale = std::ldexp(slope, shift);
   const int stored = wrappedDifference<int>(value, ei4::toInt(intercept));
-  if (scale == 1.0 || scale == 0.0) return stored;
+  if (scale == 1.0 || scale == 0.0) return stored;  // Quirk zero-slope-is-one
   return ei4::toInt(stored / scale);
 }
 

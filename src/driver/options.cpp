@@ -102,7 +102,7 @@ void ReadArgs(int count, const char* const* words) {
 }
 
 void printusage() {
-  // "-doAll" and "-h" are no options; the text is kept as its users know it.
+  // Quirk usage-names-no-options: "-doAll" and "-h" are none; the text is kept as its users know it.
   std::puts("   -in <inputfile> can be .ei4 or .erblb ");
   std::puts(
       "\tIf input files is erblb then it's required that the exact \n"

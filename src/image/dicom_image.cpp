@@ -21,6 +21,7 @@ int CDicomImage::SaveToFile(const char* path) const {
   if (path == nullptr) return 0;
   std::FILE* file = std::fopen(path, "w");
   if (file == nullptr) return 0;
+  // Quirk raw-write-unchecked: what does not fit on the disk is missing, and no failure.
   if (m_nBufferSize != 0) std::fwrite(m_pBuffer, 1, m_nBufferSize, file);
   std::fflush(file);
   std::fclose(file);
@@ -54,6 +55,7 @@ CSize CDicomImage::EncapsulatedSize(CSize box) const {
     cy = height;
   }
   if (cx < 0 || cy < 0) return none;
+  // Quirk small-sizes-doubled: if need be beyond the box.
   while (cx < kSmallestSide || cy < kSmallestSide) {
     cx *= 2;
     cy *= 2;
