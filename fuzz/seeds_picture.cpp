@@ -171,7 +171,7 @@ void addPng(Seeds& seeds) {
   seeds["png_whose_rows_are_cut"] = Png().header(4, 3, 8, Png::kGrey).rows(2, 4).input();
   seeds["png_with_a_header_that_is_not_first"] =
       Png()
-          .chunk("prVt", Seed().bytes(highFirst(9)).bytes(highFirst(9)))
+          .chunk("prVt", Seed().bytes(highFirst(9)).bytes(highFirst(1)))
           .header(1, 1, 8, Png::kGrey)
           .rows(1, 1)
           .input();
@@ -249,27 +249,27 @@ void addFrames(Seeds& seeds) {
   seeds["frame_palette"] = frame(kPaletteFrame, kGreyModel, 8, 8, 7)
                                .u16(2)
                                .u8(2)
-                               .bytes({1, 2})
+                               .bytes(Bytes{1, 2})
                                .u8(3)
-                               .bytes({3, 4, 5})
+                               .bytes(Bytes{3, 4, 5})
                                .u8(1)
-                               .bytes({6})
+                               .bytes(Bytes{6})
                                .bytes(ramp(12));
   seeds["frame_palette_signed"] = frame(kPaletteFrame, kGreyModel, 16, 16, 15, kSigned)
                                       .u16(0x8000)
                                       .u8(1)
-                                      .bytes({1})
+                                      .bytes(Bytes{1})
                                       .u8(1)
-                                      .bytes({3})
+                                      .bytes(Bytes{3})
                                       .u8(1)
-                                      .bytes({6})
+                                      .bytes(Bytes{6})
                                       .bytes(ramp(24, 120));
   seeds["deflated"] = Seed().u8(kDeflated).u16(10).bytes(stored(ramp(100)));
   seeds["deflated_to_the_limit"] = Seed().u8(kDeflated).u16(2).bytes(stored(ramp(32)));
   seeds["deflated_beyond_the_limit"] = Seed().u8(kDeflated).u16(2).bytes(stored(ramp(33)));
-  seeds["deflated_runs"] =
-      Seed().u8(kDeflated).u16(500).bytes({0xED, 0xC1, 0x31, 0x01, 0x00, 0x00, 0x00, 0xC2, 0xA0, 0xF5, 0x4F,
-                                           0x6D, 0x0A, 0x3F, 0xA0, 0,    0,    0,    0,    0x80, 0xB7, 0x01});
+  seeds["deflated_runs"] = Seed().u8(kDeflated).u16(500).bytes(
+      Bytes{0xED, 0xC1, 0x31, 0x01, 0x00, 0x00, 0x00, 0xC2, 0xA0, 0xF5, 0x4F,
+            0x6D, 0x0A, 0x3F, 0xA0, 0,    0,    0,    0,    0x80, 0xB7, 0x01});
 }
 
 }  // namespace

@@ -46,8 +46,7 @@ class CGWavDecompressor final : public IGWavDecompressor, public CGWavHeader {
   /// stream  the 16-byte header followed by `length` bytes of coded data; they must stay alive and unchanged
   ///         until decompress has returned.
   /// factor  halvings of both sides, as from getBestFactor; a negative one counts as 0.
-  /// The last argument has no meaning to the decoder. Sizes and formats can be asked at once. Throws std::bad_alloc:
-  /// the coefficients of the picture that the header states are allocated here.
+  /// The last argument has no meaning to the decoder. Sizes and formats can be asked at once. Throws std::bad_alloc.
   CGWavDecompressor(const unsigned char* stream, unsigned long length, int factor, int unused);
 
   int getBytesPerPixel() const override { return headerBytesPerPixel(); }

@@ -72,6 +72,7 @@ export PARALLEL_SSH="ssh -F $scratch/ssh_config"
 setsid "$batch" run "$job" --hosts "$scratch/hosts" >"$scratch/first.txt" 2>&1 &
 run=$!
 started+=("$run")
+at_end "kill -KILL -- -$run 2>/dev/null"  # what it started
 
 stalled_image 'stall 33.ei4'
 said "the first image stands on $(host_of "${worker[1]}")"

@@ -17,6 +17,7 @@ job=$scratch/job
 setsid "$batch" run "$job" --jobs 3 >"$scratch/first.txt" 2>&1 &
 first=$!
 started+=("$first")
+at_end "kill -KILL -- -$first 2>/dev/null"  # what it started
 stalled_image 'stall 33.ei4'
 kill -KILL "${worker[@]}"
 said "killed a worker in the middle of an image"

@@ -30,6 +30,8 @@ constexpr int kMostScans = 100;
 
 // Of processor time, for the decoding of one frame: some hundred times what a large one takes.
 constexpr unsigned kMostSeconds = 120;
+constexpr std::uint64_t kMostMemory = std::uint64_t{1} << 30;  // bytes, and
+constexpr std::uint64_t kMostMemoryAByte = 16;                 // for each byte of the frame
 
 /// Lets the base class's search for a frame's fragments be called.
 struct FragmentSearch : DcmCodec {
@@ -119,7 +121,7 @@ SharedBytes decodedFrame(DcmItem& dataSet, const std::string& transferSyntax, Fr
     isRgb = model == "RGB" ? 1 : 0;
     return condition.good();
   };
-  if (!succeedsInIsolation(decode, kMostSeconds)) {
+  if (!succeedsInIsolation(decode, kMostSeconds, kMostMemory + kMostMemoryAByte * evenSize)) {
     throw PictureError("the DICOM file's coded data cannot be decoded");
   }
   if (layout.model == ColourModel::YbrFull && isRgb == 1) layout.model = ColourModel::Rgb;

@@ -160,10 +160,9 @@ DicomPrologue readPrologue(Bytes file) {
     const Element element = walker.elementAt(at, file.size());
     if (element.tag == kTransferSyntax && element.length != kUndefined) {
       const auto* text = reinterpret_cast<const char*>(file.data()) + element.value;
-      prologue.transferSyntax.assign(text, element.length);
-      prologue.transferSyntax.erase(
-          std::min(prologue.transferSyntax.size(),
-                   prologue.transferSyntax.find_last_not_of(std::string_view(" \0", 2)) + 1));
+      std::string& uid = prologue.transferSyntax;
+      uid.assign(text, element.length);
+      while (!uid.empty() && (uid.back() == ' ' || uid.back() == '\0')) uid.pop_back();
     }
     at = walker.skip(element, file.size(), 0);
   }

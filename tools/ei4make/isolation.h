@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <span>
 
@@ -24,8 +25,9 @@ class SharedBytes {
 };
 
 /// Runs `work` in a copy of this process, of which only SharedBytes come back. True when it answered true; false also
-/// when it ended in any other way, such as by a signal, or took more than so many seconds of processor time.
+/// when it ended in any other way, such as by a signal, took more than so many seconds of processor time, or wanted so
+/// many bytes of memory more than this process has.
 /// This process must have one thread only. Throws std::system_error when no process can be started.
-bool succeedsInIsolation(const std::function<bool()>& work, unsigned seconds);
+bool succeedsInIsolation(const std::function<bool()>& work, unsigned seconds, std::uint64_t memory);
 
 }  // namespace ei4::tools

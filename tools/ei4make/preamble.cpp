@@ -98,7 +98,7 @@ void noteLosses(const Numbers& numbers, const Numbers& stored, std::vector<std::
   if (losses.empty()) return;
   std::string note = "the converter reads whole numbers only: " + losses;
   constexpr double kVisible = 0.01;  // of the window
-  if (worst > kVisible * std::fabs(numbers.window)) {
+  if (worst > kVisible * std::fabs(numbers.window) && stored.slope != 0) {
     note += "; for the same look without rescaling state --slope 1 --intercept 0 --window " +
             text(std::max(1.0, std::round(std::fabs(stored.window / stored.slope)))) + " --level " +
             text(std::round((stored.level - stored.intercept) / stored.slope));
