@@ -40,9 +40,7 @@ bool atOnce(Bytes stream, std::size_t most, std::vector<std::uint8_t>& bytes) {
 }  // namespace
 
 void tryInflate(Input input) {
-  constexpr std::size_t kMost = std::size_t{1} << 20;
   const std::size_t most = std::size_t{input.u16()} * 16;
-  static_assert(65535 * 16 < kMost);
   const Bytes stream = input.rest();
   std::vector<std::uint8_t> wanted;
   const bool isWhole = atOnce(stream, most, wanted);

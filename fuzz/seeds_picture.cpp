@@ -1,6 +1,6 @@
 // Pictures as ei4make takes them in, whole ones and such as lie.
-#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "png_sums.h"
 #include "seeds.h"
@@ -129,6 +129,7 @@ void addPnm(Seeds& seeds) {
   seeds["pgm_of_16_bits"] = file("P5\n2 2\n65535\n", ramp(8, 200));
   seeds["pgm_of_1_bit"] = file("P5 2 2 1\n", {0, 1, 1, 0});
   seeds["pgm_with_a_sample_above_its_largest"] = file("P5 2 2 100\n", {0, 101, 1, 0});
+  seeds["pgm_whose_largest_needs_17_bits"] = file("P5 1 1 65536\n", {0, 1});
   seeds["pgm_that_is_cut"] = file("P5\n4 3\n255\n", ramp(11));
   seeds["pgm_with_sides_that_are_too_long"] = file("P5 65536 4294967297 255\n", ramp(4));
   seeds["pgm_with_zeros_in_front"] = file("P5 0000000002 000001 00255\n", ramp(2));
@@ -144,11 +145,20 @@ void addPng(Seeds& seeds) {
   seeds["png_grey1"] = Png().header(11, 3, 1, Png::kGrey).rows(3, 2).input();
   seeds["png_grey4_filtered"] = Png().header(5, 4, 4, Png::kGrey).rows(4, 3, 4).input();
   seeds["png_grey16"] = Png().header(3, 2, 16, Png::kGrey).rows(2, 6).input();
-  seeds["png_grey16_of_12_bits"] = Png()
-                                       .header(2, 2, 16, Png::kGrey)
-                                       .chunk("sBIT", {12})
-                                       .pixels({0, 0, 0x10, 0x20, 0xFF, 0xF0, 0, 0, 0x10, 0x12, 0x30})
-                                       .input();
+  // The three ways to make 16 bits of 12, and 16 bits that are not made so.
+  const std::pair<const char*, int> scaled[] = {{"_zeros_behind", 0x1A00},
+                                                {"_repeated", 0x1A01},
+                                                {"_in_proportion", 0x1A02},
+                                                {"_in_name_only", 0x1A03}};
+  for (const auto& [how, sample] : scaled) {
+    seeds["png_grey16_of_12_bits"s + how] =
+        Png()
+            .header(2, 2, 16, Png::kGrey)
+            .chunk("sBIT", {12})
+            .pixels({0, static_cast<unsigned char>(sample >> 8), static_cast<unsigned char>(sample & 0xFF), 0,
+                     0, 0, 0, 0, 0xFF, 0xFF})
+            .input();
+  }
   seeds["png_colour"] = Png().header(3, 2, 8, Png::kColour).rows(2, 9, 1).input();
   seeds["png_colour16"] = Png().header(1, 1, 16, Png::kColour).rows(1, 6).input();
   seeds["png_palette"] = Png()
@@ -161,6 +171,8 @@ void addPng(Seeds& seeds) {
       Png().header(4, 1, 8, Png::kPalette).chunk("PLTE", ramp(6)).rows(1, 4).input();
   seeds["png_opaque"] = Png().header(2, 1, 8, Png::kGreyAlpha).pixels({0, 7, 255, 8, 255}).input();
   seeds["png_transparent"] = Png().header(2, 1, 8, Png::kColourAlpha).rows(1, 8).input();
+  seeds["png_a_little_transparent"] =
+      Png().header(1, 1, 16, Png::kGreyAlpha).pixels({0, 1, 2, 0xFF, 0xFE}).input();
   seeds["png_transparent_grey"] =
       Png().header(2, 1, 16, Png::kGrey).chunk("tRNS", {0, 1}).pixels({0, 0, 2, 0, 3}).input();
   seeds["png_interlaced"] =
@@ -176,6 +188,11 @@ void addPng(Seeds& seeds) {
           .rows(1, 1)
           .input();
   seeds["png_that_claims_all_pixels"] = Png().header(65535, 65535, 8, Png::kGrey).rows(1, 4).input();
+  for (const std::string name : {"eXIf", "pCAL", "sCAL", "tEXt"}) {
+    Bytes claim = Png().header(1, 1, 8, Png::kGrey).chunk(name, Seed().text("a\0"s)).rows(1, 1).input();
+    claim[34] = 0x60;  // the first byte of the chunk's length
+    seeds["png_whose_" + name + "_claims_gigabytes"] = claim;
+  }
   seeds["png_with_text"] = Png()
                                .header(1, 1, 8, Png::kGrey)
                                .chunk("tEXt", Seed().text("a\0b"s))
@@ -212,6 +229,9 @@ void addDicom(Seeds& seeds) {
                                          kSwapped);
   seeds["data_set_with_fragments"] = dataSet("\xE0\x7F\x10\0OB\0\0"s + kOpen + kItem + "\0\0\0\0"s + kItem +
                                              "\2\0\0\0ab"s + kSequenceEnd + "behind");
+  seeds["data_set_whose_fragments_end_with_a_length"] = dataSet(
+      "\xE0\x7F\x10\0OB\0\0"s + kOpen + kItem + "\0\0\0\0"s + "\xFE\xFF\xDD\xE0\2\0\0\0ab"s + kSequenceEnd);
+  seeds["data_set_of_an_odd_length"] = dataSet("\xE0\x7F\x10\0OB\0\0\3\0\0\0abc"s);
   seeds["data_set_with_fragments_elsewhere"] =
       dataSet("\x28\0\x10\0OB\0\0"s + kOpen + kItem + "\0\0\0\0"s + kSequenceEnd + kPixels);
   seeds["data_set_whose_item_is_longer_than_its_sequence"] =
@@ -219,8 +239,9 @@ void addDicom(Seeds& seeds) {
   seeds["data_set_with_a_length_to_the_limit_of_32_bits"] =
       dataSet("\xE0\x7F\x10\0OW\0\0\xFE\xFF\xFF\xFF"s + "abcd");
   seeds["data_set_with_floating_pixels"] = dataSet("\xE0\x7F\x08\0OF\0\0\4\0\0\0abcd"s + kPixels);
+  const std::string level = kSequence + kOpen + kItem + kOpen;
   std::string deep;
-  for (int i = 0; i < 33; ++i) deep += kSequence + kOpen + kItem + kOpen;
+  for (int i = 0; i < 33; ++i) deep += level;
   seeds["data_set_that_nests_too_deep"] = dataSet(deep);
 }
 

@@ -173,11 +173,11 @@ TEST(ReadPng, RefusesDeepColour) {
 // The three ways to make 16 bits of 12, with one value that tells them apart.
 TEST(ReadPng, TakesSignificantBitsThatHoldForAllSamples) {
   const PngSpec spec{3, 1, 16, PNG_COLOR_TYPE_GRAY, 12};
-  for (const std::uint16_t middle : {std::uint16_t{0xABC0}, std::uint16_t{0xABCA},
-                                     static_cast<std::uint16_t>((0xABC * 65535 + 2047) / 4095)}) {
+  // Zeros behind 0x1A0, its first bits again, and 0x1A0 / 4095 of 65535, which is 6657.5.
+  for (const std::uint16_t middle : {std::uint16_t{0x1A00}, std::uint16_t{0x1A01}, std::uint16_t{0x1A02}}) {
     const Picture picture = readPng(pngOf(spec, highByteFirst({0, middle, 0xFFFF})));
     EXPECT_EQ(picture.bitsPerPixel, 12);
-    EXPECT_THAT(wordsOf(picture), ElementsAre(0, 0xABC, 0xFFF));
+    EXPECT_THAT(wordsOf(picture), ElementsAre(0, 0x1A0, 0xFFF));
   }
   const Picture other = readPng(pngOf(spec, highByteFirst({0, 0xABC3, 0xFFFF})));
   EXPECT_EQ(other.bitsPerPixel, 16);
@@ -243,6 +243,27 @@ TEST(ReadPng, TakesNoMemoryForSidesThatItOnlyClaims) {
   EXPECT_EQ(refusalOf(claiming(65536, 1, 8, 0, false)), "the width is not 1 to 65535");
   EXPECT_EQ(refusalOf(claiming(1, 0, 8, 0, false)), "the height is not 1 to 65535");
   EXPECT_EQ(refusalOf(claiming(0xFFFFFFFF, 0xFFFFFFFF, 8, 0, false)), "the width is not 1 to 65535");
+  EXPECT_LT(peak() - before, 50 * 1024);
+}
+
+TEST(ReadPng, TakesNoMemoryForChunksThatItOnlyClaims) {
+  const auto peak = [] {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+  };
+  const long before = peak();
+  const Bytes plain = pngOf({1, 1, 8, PNG_COLOR_TYPE_GRAY}, {7});
+  for (const char* const name :
+       {"PLTE", "bKGD", "cHRM", "eXIf", "gAMA", "hIST", "iCCP", "iTXt", "oFFs", "pCAL",
+        "pHYs", "sBIT", "sCAL", "sPLT", "sRGB", "tEXt", "tIME", "tRNS", "zTXt", "unKn"}) {
+    constexpr std::ptrdiff_t kHeaderEnd = 33;
+    Bytes file(plain.begin(), plain.begin() + kHeaderEnd);
+    appendChunk(file, name, {'a', 0, 0, 0});
+    file[kHeaderEnd] = 0x60;  // of its length
+    file.insert(file.end(), plain.begin() + kHeaderEnd, plain.end());
+    EXPECT_THAT(refusalOf(file), HasSubstr("damaged")) << name;
+  }
   EXPECT_LT(peak() - before, 50 * 1024);
 }
 

@@ -44,7 +44,7 @@ void limit(__rlimit_resource_t resource, std::uint64_t most) {
 }
 
 // Bytes of address space that this process has; 0 where the system does not say.
-std::uint64_t addressSpace() {
+[[maybe_unused]] std::uint64_t addressSpace() {
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/self/statm", "r"), std::fclose);
   std::uint64_t pages = 0;
   if (!file || std::fscanf(file.get(), "%" SCNu64, &pages) != 1) return 0;

@@ -55,7 +55,10 @@ void headerStep(PngState& state) {
   png_set_read_fn(state.png, &state, onRead);
   png_set_user_limits(state.png, kMostSide, kMostSide);
   png_set_chunk_malloc_max(state.png, kMostChunkBytes);
-  png_set_chunk_cache_max(state.png, 1);  // texts and the like are passed over, not unpacked and kept
+  // All but what the pixels need is passed over: the library takes memory for what a chunk only claims to hold.
+  png_set_keep_unknown_chunks(state.png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+  const auto* const significantBits = reinterpret_cast<png_const_bytep>("sBIT");
+  png_set_keep_unknown_chunks(state.png, PNG_HANDLE_CHUNK_AS_DEFAULT, significantBits, 1);
   png_read_info(state.png, state.info);
 }
 
