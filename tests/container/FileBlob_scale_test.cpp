@@ -55,7 +55,8 @@ TEST_F(ManyRecords, MayBeEntriesOfOneName) {
 }
 
 TEST_F(ManyRecords, MayBeChunksWithoutNameAndPayload) {
-  EXPECT_EQ(parsed(BlobBuilder().bytes(std::vector<unsigned char>(std::size_t{6} * kMany))).entries().size(), 1U);
+  EXPECT_EQ(parsed(BlobBuilder().bytes(std::vector<unsigned char>(std::size_t{6} * kMany))).entries().size(),
+            1U);
   EXPECT_EQ(blob->findBlobEntry("")->offset, 6 * kMany);  // the last one's
 }
 
