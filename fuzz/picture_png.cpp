@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "check.h"
-#include "ei4make/claims.h"
+#include "driver/picture_limit.h"
 #include "ei4make/png_picture.h"
 #include "picture_checks.h"
 
@@ -120,7 +120,8 @@ ClaimedSides claimedSides(Bytes file) {
 
 bool mayClaim(ClaimedSides sides, std::size_t bytes) {
   return sides.width <= 65535 && sides.height <= 65535 &&
-         tools::mayClaim(static_cast<int>(sides.width), static_cast<int>(sides.height), bytes);
+         ei4::inputMayClaim(CSize(static_cast<int>(sides.width), static_cast<int>(sides.height)),
+                            static_cast<std::int64_t>(bytes));
 }
 
 /// In one of the three ways to make 16 bits of fewer.

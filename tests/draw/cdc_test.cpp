@@ -112,14 +112,14 @@ class Work : public ei4::test::Drawing {
  protected:
   void SetUp() override { dc.SelectObject(static_cast<CBrush*>(nullptr)); }
 
-  void drawAll() {
-    dc.MoveTo(3, 4);
-    dc.LineTo(90, 70);
+  static void drawAll(CDC& on) {
+    on.MoveTo(3, 4);
+    on.LineTo(90, 70);
     const std::vector<tagPOINT> points{{20, 20}, {60, 30}, {40, 90}};
-    dc.Polyline(points.data(), 3);
-    dc.Polygon(points.data(), 3);
-    dc.Ellipse(30, 30, 90, 80, 0.0);
-    dc.TextOut(10, 40, "Label");
+    on.Polyline(points.data(), 3);
+    on.Polygon(points.data(), 3);
+    on.Ellipse(30, 30, 90, 80, 0.0);
+    on.TextOut(10, 40, "Label");
   }
 };
 
@@ -130,23 +130,17 @@ TEST_F(Work, IsNotBoundedUnlessAsked) {
 
 TEST_F(Work, ThatSufficesChangesNothing) {
   dc.LimitWork(1'000'000);
-  drawAll();
+  drawAll(dc);
   EXPECT_FALSE(dc.HasLeftOut());
   CDC unlimited(expected.image(), expected.info());
   unlimited.SelectObject(static_cast<CBrush*>(nullptr));
-  unlimited.MoveTo(3, 4);
-  unlimited.LineTo(90, 70);
-  const std::vector<tagPOINT> points{{20, 20}, {60, 30}, {40, 90}};
-  unlimited.Polyline(points.data(), 3);
-  unlimited.Polygon(points.data(), 3);
-  unlimited.Ellipse(30, 30, 90, 80, 0.0);
-  unlimited.TextOut(10, 40, "Label");
+  drawAll(unlimited);
   expectSame();
 }
 
 TEST_F(Work, ThatIsMissingLeavesOutAllThatFollows) {
   dc.LimitWork(100);
-  drawAll();
+  drawAll(dc);
   EXPECT_TRUE(dc.HasLeftOut());
   EXPECT_EQ(dc.GetCurrentPosition(), CPoint(90, 70)) << "the position moves all the same";
   expectUntouched();

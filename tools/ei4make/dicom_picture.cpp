@@ -15,7 +15,7 @@
 #include <cmath>
 #include <string>
 
-#include "ei4make/claims.h"
+#include "driver/picture_limit.h"
 #include "ei4make/dicom_coded_frame.h"
 #include "ei4make/dicom_structure.h"
 #include "ei4make/frame_pixels.h"
@@ -302,7 +302,7 @@ Source readDataSet(Bytes bytes, const DcmXfer& syntax, std::size_t fileSize, con
   SharedBytes decoded;
   Bytes pixels;
   if (outline.hasFragments) {
-    if (!mayClaim(layout.width, layout.height, fileSize)) {
+    if (!inputMayClaim(CSize(layout.width, layout.height), static_cast<std::int64_t>(fileSize))) {
       throw PictureError("the DICOM file claims more pixels than so short a file may");
     }
     decoded = decodedFrame(items, syntax.getXferID(), layout, frame);

@@ -5,9 +5,10 @@
 #include <csetjmp>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <string>
 
-#include "ei4make/claims.h"
+#include "driver/picture_limit.h"
 
 namespace ei4::tools {
 
@@ -208,7 +209,7 @@ Picture readPng(std::span<const unsigned char> file) {
   Picture picture;
   picture.width = sideAt(file, kSidesOffset, "width");
   picture.height = sideAt(file, kSidesOffset + 4, "height");
-  if (!mayClaim(picture.width, picture.height, file.size())) {
+  if (!inputMayClaim(CSize(picture.width, picture.height), std::ssize(file))) {
     throw PictureError("the header claims more pixels than so short a file may");
   }
   PngFile png(file);
